@@ -1,0 +1,21 @@
+# Finds what the library calls. A missing package is named, with the Debian package that brings it.
+function(gpuruntime_require_header variable header debianPackage)
+  find_path(${variable} ${header} HINTS ${GPURUNTIME_DEPENDENCIES}/include ${ARGN})
+  if(NOT ${variable})
+    message(FATAL_ERROR "${header} is missing. Install the package ${debianPackage} (apt-get install ${debianPackage}), "
+                        "or name an offline bundle with -DGPURUNTIME_DEPENDENCIES=FOLDER.")
+  endif()
+endfunction()
+
+add_library(gpuruntimeDependencies INTERFACE)
+gpuruntime_require_header(BOOST_INCLUDE_FOLDER boost/mpl/vector.hpp libboost-dev)
+gpuruntime_require_header(RANDOM123_INCLUDE_FOLDER Random123/philox.h librandom123-dev)
+target_include_directories(gpuruntimeDependencies SYSTEM INTERFACE ${BOOST_INCLUDE_FOLDER} ${RANDOM123_INCLUDE_FOLDER})
+
+if(GPURUNTIME_BACKEND STREQUAL "cpu")
+  find_package(TBB QUIET)
+  if(NOT TBB_FOUND)
+    message(FATAL_ERROR "oneTBB is missing. Install the package libtbb-dev (apt-get install libtbb-dev).")
+  endif()
+  target_link_libraries(gpuruntimeDependencies INTERFACE TBB::tbb)
+endif()

@@ -1,0 +1,85 @@
+/// @file
+/// The 21 element types, the lists of them that families take, and the check that a family's member is in its list.
+///
+/// GPURUNTIME_ELEMENT_ROWS is the one table. Every list, every explicit instantiation and every typed test comes from
+/// it.
+#pragma once
+
+#include <gpuruntime/platformtypes.hpp>
+
+#include <type_traits>
+
+// One row per numeric type: ROW(X, A, real type, complex type), in the order in which the lists are walked.
+#define GPURUNTIME_ELEMENT_ROWS(ROW, X, A) \
+  ROW(X, A, double, double2)               \
+  ROW(X, A, float, float2)                 \
+  ROW(X, A, signed char, char2)            \
+  ROW(X, A, unsigned char, uchar2)         \
+  ROW(X, A, short, short2)                 \
+  ROW(X, A, unsigned short, ushort2)       \
+  ROW(X, A, int, int2)                     \
+  ROW(X, A, unsigned int, uint2)           \
+  ROW(X, A, long long, longlong2)          \
+  ROW(X, A, unsigned long long, ulonglong2)
+
+#define GPURUNTIME_REAL_OF_ROW(X, A, Real, Complex) X(A, Real)
+#define GPURUNTIME_COMPLEX_OF_ROW(X, A, Real, Complex) X(A, Complex)
+
+// The lists as macros: each expands to X(A, T) for its members T in order, with A handed through.
+#define GPURUNTIME_REAL_NUMERIC_TYPES(X, A) GPURUNTIME_ELEMENT_ROWS(GPURUNTIME_REAL_OF_ROW, X, A)
+#define GPURUNTIME_REAL_TYPES(X, A) GPURUNTIME_REAL_NUMERIC_TYPES(X, A) X(A, bool)
+#define GPURUNTIME_COMPLEX_TYPES(X, A) GPURUNTIME_ELEMENT_ROWS(GPURUNTIME_COMPLEX_OF_ROW, X, A)
+#define GPURUNTIME_ALL_TYPES(X, A) GPURUNTIME_REAL_TYPES(X, A) GPURUNTIME_COMPLEX_TYPES(X, A)
+#define GPURUNTIME_REAL_FLOAT_TYPES(X, A) X(A, double) X(A, float)
+#define GPURUNTIME_COMPLEX_FLOAT_TYPES(X, A) X(A, double2) X(A, float2)
+#define GPURUNTIME_FLOAT_TYPES(X, A) GPURUNTIME_REAL_FLOAT_TYPES(X, A) GPURUNTIME_COMPLEX_FLOAT_TYPES(X, A)
+#define GPURUNTIME_DOUBLE_AND_INT_TYPES(X, A) X(A, double) X(A, int)
+
+namespace gpuruntime {
+
+/// A list of element types, in order.
+template <class... Types>
+struct TypeList {
+  static constexpr unsigned long size = sizeof...(Types);
+};
+
+namespace detail {
+
+// Stands behind the last member of a list, whose macro ends every member with a comma.
+struct ListEnd;
+
+template <class List, class... Members>
+struct ListBuilder;
+template <class... Done, class Next, class... Rest>
+struct ListBuilder<TypeList<Done...>, Next, Rest...> : ListBuilder<TypeList<Done..., Next>, Rest...> {};
+template <class... Done>
+struct ListBuilder<TypeList<Done...>, ListEnd> {
+  using type = TypeList<Done...>;
+};
+
+template <class T, class List>
+struct IsMember;
+template <class T, class... Types>
+struct IsMember<T, TypeList<Types...>> : std::bool_constant<(std::is_same_v<T, Types> || ...)> {};
+
+}  // namespace detail
+
+#define GPURUNTIME_LIST_MEMBER(A, T) T,
+#define GPURUNTIME_DEFINE_LIST(Name, MEMBERS) \
+  using Name = detail::ListBuilder<TypeList<>, MEMBERS(GPURUNTIME_LIST_MEMBER, ) detail::ListEnd>::type
+
+GPURUNTIME_DEFINE_LIST(RealNumericTypes, GPURUNTIME_REAL_NUMERIC_TYPES);
+GPURUNTIME_DEFINE_LIST(RealTypes, GPURUNTIME_REAL_TYPES);
+GPURUNTIME_DEFINE_LIST(ComplexTypes, GPURUNTIME_COMPLEX_TYPES);
+GPURUNTIME_DEFINE_LIST(AllTypes, GPURUNTIME_ALL_TYPES);
+GPURUNTIME_DEFINE_LIST(FloatTypes, GPURUNTIME_FLOAT_TYPES);
+GPURUNTIME_DEFINE_LIST(RealFloatTypes, GPURUNTIME_REAL_FLOAT_TYPES);
+GPURUNTIME_DEFINE_LIST(ComplexFloatTypes, GPURUNTIME_COMPLEX_FLOAT_TYPES);
+GPURUNTIME_DEFINE_LIST(DoubleAndIntTypes, GPURUNTIME_DOUBLE_AND_INT_TYPES);
+
+}  // namespace gpuruntime
+
+/// Stands first in every Invoker: a type outside the family's list is refused by name, at compile time.
+#define GPURUNTIME_FAMILY_TAKES(Family, T, List)                              \
+  static_assert(::gpuruntime::detail::IsMember<T, ::gpuruntime::List>::value, \
+                "gpuruntime::" #Family " has no member for this element type: it takes gpuruntime::" #List)

@@ -1,0 +1,73 @@
+#include <gpuruntime/build/colon.hpp>
+#include <gpuruntime/launcher/elementwise.hpp>
+
+#include <cmath>
+#include <type_traits>
+
+#include "gpucommon/hostDeviceCast.hpp"
+#include "util/force_instantiate_util.hpp"
+
+namespace gpuruntime {
+namespace {
+
+// The integer that a value is truncated to before T takes its low bits.
+template <class T>
+using WideInteger = std::conditional_t<std::is_signed_v<T>, std::conditional_t<(sizeof(T) > 4), long long, int>,
+                                       std::conditional_t<(sizeof(T) > 4), unsigned long long, unsigned int>>;
+
+template <class T>
+GPURUNTIME_DEVICE T convertForStore(double value) {
+  if constexpr (std::is_floating_point_v<T>) {
+    return static_cast<T>(value);
+  } else {
+    return static_cast<T>(gpucommon::castdetail::truncateTo<WideInteger<T>>(value));
+  }
+}
+
+GPURUNTIME_DEVICE double middle(double start, double stop) {
+  const bool sameSide = (start >= 0 && stop >= 0) || (start <= 0 && stop <= 0);
+  return sameSide ? std::fma(stop - start, 0.5, start) : (start + stop) * 0.5;
+}
+
+template <class T>
+struct ColonKernel : elementwise::WritesOwnElement {
+  static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, T* out, double start, double step,
+                                      double stop) {
+    if (it.isOutside()) return;
+    const unsigned long i = it.index, n = it.count;
+    const unsigned long last = n - 1;
+    const unsigned long half = last >> 1;
+    // Both halves by one formula: a distance from the nearer end, and the end.
+    const bool lower = i <= half;
+    const double offset = platform::__dmul_rn(static_cast<double>(lower ? i : last - i), step);
+    const double value = platform::__dadd_rn(lower ? start : stop, lower ? offset : -offset);
+    const double middleValue = middle(start, stop);
+    out[i] = convertForStore<T>(i == half && n % 2 == 1 ? middleValue : value);
+  }
+};
+
+template <class T>
+struct IntColonKernel : elementwise::WritesOwnElement {
+  static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, T* out, double start, double step) {
+    if (it.isOutside()) return;
+    out[it.index] = convertForStore<T>(std::fma(static_cast<double>(it.index), step, start));
+  }
+};
+
+}  // namespace
+
+template <class T>
+void Colon::Invoker<T>::operator()(CUstream_st* stream, unsigned long n, T* out, double start, double step,
+                                   double stop) const {
+  elementwise::launchWithDeviceFunctor<ColonKernel<T>>(stream, n, out, start, step, stop);
+}
+
+template <class T>
+void IntColon::Invoker<T>::operator()(CUstream_st* stream, unsigned long n, T* out, double start, double step) const {
+  elementwise::launchWithDeviceFunctor<IntColonKernel<T>>(stream, n, out, start, step);
+}
+
+GPURUNTIME_INSTANTIATE(Colon, REAL_NUMERIC_TYPES);
+GPURUNTIME_INSTANTIATE(IntColon, REAL_NUMERIC_TYPES);
+
+}  // namespace gpuruntime

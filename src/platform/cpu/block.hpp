@@ -1,0 +1,86 @@
+/// @file
+/// A block and its threads: a step is a SIMD loop over all threads, and a barrier is the end of that loop.
+#pragma once
+
+#include "../extent.hpp"
+#include "checking.hpp"
+#include "qualifiers.hpp"
+
+namespace gpuruntime::platform {
+
+// 64 bits: a 32-bit unsigned index may wrap, so the compiler could not see that neighbours touch neighbouring
+// addresses.
+using ThreadIndex = unsigned long;
+
+inline constexpr bool leavesOutIdleThreads = !checking::enabled;
+
+struct Thread {
+  ThreadIndex x;
+  ThreadIndex y;
+  ThreadIndex z;
+  ThreadIndex lane;
+};
+
+/// One block of a launch. X and Y are its shape where the compiler is to know it; X = 0 leaves it to run time.
+template <unsigned int X = 0, unsigned int Y = 1>
+class Block {
+ public:
+  Block(Extent index, Extent grid, Extent shape) : index_(index), grid_(grid), shape_(shape) {}
+
+  Extent index() const { return index_; }
+  Extent grid() const { return grid_; }
+  Extent shape() const { return X == 0 ? shape_ : Extent{X, Y, 1}; }
+
+  template <unsigned int FixedX, unsigned int FixedY = 1>
+  Block<FixedX, FixedY> withShape() const {
+    return {index_, grid_, Extent{FixedX, FixedY, 1}};
+  }
+
+  template <class Step>
+  GPURUNTIME_INLINE void forEachThread(Step step) const {
+    forEachThread(Live{}, step);
+  }
+
+  template <class Step>
+  GPURUNTIME_INLINE void forEachThread(Live live, Step step) const {
+    const ThreadIndex sizeX = shape().x, sizeY = shape().y, sizeZ = shape().z;
+    if constexpr (checking::enabled) {
+      // Every thread runs, those without work too: the functors' own bound tests are part of what is checked.
+      const unsigned int* order = checking::threadOrder(sizeX * sizeY * sizeZ);
+      for (ThreadIndex i = 0; i < sizeX * sizeY * sizeZ; ++i) {
+        const ThreadIndex lane = order[i];
+        step(Thread{lane % sizeX, lane / sizeX % sizeY, lane / (sizeX * sizeY), lane});
+      }
+    } else {
+      const ThreadIndex endX = live.x < sizeX ? live.x : sizeX;
+      const ThreadIndex endY = live.y < sizeY ? live.y : sizeY;
+      const ThreadIndex endZ = live.z < sizeZ ? live.z : sizeZ;
+      for (ThreadIndex z = 0; z < endZ; ++z) {
+        for (ThreadIndex y = 0; y < endY; ++y) {
+          GPURUNTIME_SIMD
+          for (ThreadIndex x = 0; x < endX; ++x) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+        }
+      }
+    }
+  }
+
+  void sync() const {}
+
+ private:
+  Extent index_;
+  Extent grid_;
+  Extent shape_;
+};
+
+/// A variable of each thread of a block of at most N threads that lives across steps.
+template <class T, unsigned int N>
+class PerThread {
+ public:
+  T& operator[](const Thread& thread) { return slots_[thread.lane]; }
+  const T& operator[](const Thread& thread) const { return slots_[thread.lane]; }
+
+ private:
+  alignas(64) T slots_[N];
+};
+
+}  // namespace gpuruntime::platform

@@ -1,0 +1,69 @@
+/// @file
+/// The window of an output array that one block fills.
+#pragma once
+
+#include "checking.hpp"
+#include "qualifiers.hpp"
+
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace gpuruntime::platform {
+
+/// Writes `bytes` bytes past the caches: a line that is written whole need not be read first, which more than doubles
+/// the rate at which a large array is filled.
+inline void streamBytes(void* destination, const void* source, unsigned long bytes) {
+  auto* to = static_cast<char*>(destination);
+  const auto* from = static_cast<const char*>(source);
+#if defined(__SSE2__)
+  const unsigned long ahead = -reinterpret_cast<std::uintptr_t>(to) & 15;
+  if (bytes >= ahead + 16) {
+    std::memcpy(to, from, ahead);
+    to += ahead;
+    from += ahead;
+    bytes -= ahead;
+    for (; bytes >= 16; bytes -= 16, to += 16, from += 16) {
+      _mm_stream_si128(reinterpret_cast<__m128i*>(to), _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+    }
+  }
+#endif
+  std::memcpy(to, from, bytes);
+}
+
+/// Elements `[first, first + live)` of `out`, each to be written once, at its own index through `pointer()`.
+///
+/// An array that the caches would not keep anyway is written past them, by way of a buffer that stays in the first
+/// level; a smaller one is written in place. N is the largest number of elements that a block fills.
+template <class T, unsigned int N = 256>
+class OutputWindow {
+ public:
+  /// `count` is the size of the whole array.
+  GPURUNTIME_INLINE OutputWindow(T* out, unsigned long first, unsigned long live, unsigned long count)
+      : begin_(out + first), live_(live < N ? live : N), streams_(count >= streamingBytes / sizeof(T)) {
+    const std::uintptr_t origin = reinterpret_cast<std::uintptr_t>(buffer_) - first * sizeof(T);
+    pointer_ = streams_ ? reinterpret_cast<T*>(origin) : out;
+  }
+
+  GPURUNTIME_INLINE T* pointer() { return pointer_; }
+
+  template <class Block>
+  GPURUNTIME_INLINE void flush(const Block&) {
+    if (streams_) streamBytes(begin_, buffer_, live_ * sizeof(T));
+  }
+
+ private:
+  // Above this size an array is no longer found in a core's own caches by whoever reads it next.
+  static constexpr unsigned long streamingBytes = 4UL << 20;
+
+  T* begin_;
+  unsigned long live_;
+  bool streams_;
+  T* pointer_;
+  alignas(64) unsigned char buffer_[N * sizeof(T)];
+};
+
+}  // namespace gpuruntime::platform

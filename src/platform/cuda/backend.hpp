@@ -1,0 +1,130 @@
+/// @file
+/// The cuda backend. The contract is in platform.hpp.
+#pragma once
+
+#include "../extent.hpp"
+
+#include <cuda_runtime.h>
+
+#include <cmath>
+
+#define GPURUNTIME_DEVICE __device__ inline
+#define GPURUNTIME_HOST_DEVICE __host__ __device__ inline
+
+#define GPURUNTIME_DEVICE_SYMBOL(T, name) static __device__ T name
+#define GPURUNTIME_CONSTANT_SYMBOL(T, name) static __constant__ T name
+#define GPURUNTIME_SHARED(T, name) __shared__ T name
+
+namespace gpuruntime::platform {
+
+using ::cudaDeviceProp;
+using ::cudaFuncAttributes;
+using ::cudaGetDevice;
+using ::cudaGetDeviceProperties;
+using ::cudaGetErrorString;
+using ::cudaMemcpyAsync;
+using ::cudaMemcpyFromSymbol;
+using ::cudaMemcpyFromSymbolAsync;
+using ::cudaMemcpyToSymbol;
+using ::cudaMemcpyToSymbolAsync;
+using ::cudaStreamSynchronize;
+
+using ThreadIndex = unsigned int;
+
+inline constexpr bool leavesOutIdleThreads = false;
+
+struct Thread {
+  ThreadIndex x;
+  ThreadIndex y;
+  ThreadIndex z;
+  ThreadIndex lane;
+};
+
+template <unsigned int X = 0, unsigned int Y = 1>
+class Block {
+ public:
+  __device__ Extent index() const { return {blockIdx.x, blockIdx.y, blockIdx.z}; }
+  __device__ Extent grid() const { return {gridDim.x, gridDim.y, gridDim.z}; }
+  __device__ Extent shape() const {
+    if constexpr (X == 0) {
+      return {blockDim.x, blockDim.y, blockDim.z};
+    } else {
+      return {X, Y, 1};
+    }
+  }
+
+  template <unsigned int FixedX, unsigned int FixedY = 1>
+  __device__ Block<FixedX, FixedY> withShape() const {
+    return {};
+  }
+
+  template <class Step>
+  __device__ void forEachThread(Step step) const {
+    const Extent size = shape();
+    step(Thread{threadIdx.x, threadIdx.y, threadIdx.z, (threadIdx.z * size.y + threadIdx.y) * size.x + threadIdx.x});
+  }
+
+  template <class Step>
+  __device__ void forEachThread(Live, Step step) const {
+    forEachThread(step);
+  }
+
+  __device__ void sync() const { __syncthreads(); }
+};
+
+template <class T, unsigned int N>
+class PerThread {
+ public:
+  __device__ T& operator[](const Thread&) { return value_; }
+  __device__ const T& operator[](const Thread&) const { return value_; }
+
+ private:
+  T value_;
+};
+
+/// Device stores go through the cache of the device, which writes whole lines by itself.
+template <class T, unsigned int N = 256>
+class OutputWindow {
+ public:
+  __device__ OutputWindow(T* out, unsigned long, unsigned long, unsigned long) : out_(out) {}
+
+  __device__ T* pointer() { return out_; }
+
+  template <class Block>
+  __device__ void flush(const Block&) {}
+
+ private:
+  T* out_;
+};
+
+template <class... Args>
+using Kernel = void (*)(Args...);
+
+namespace detail {
+template <class K, class... Args>
+__global__ void runKernel(Args... args) {
+  K::run(Block<>(), args...);
+}
+}  // namespace detail
+
+template <class K, class... Args>
+Kernel<Args...> kernelOf() {
+  return &detail::runKernel<K, Args...>;
+}
+
+template <class... Args>
+cudaError cudaFuncGetAttributes(cudaFuncAttributes* attributes, Kernel<Args...> kernel) {
+  return ::cudaFuncGetAttributes(attributes, reinterpret_cast<const void*>(kernel));
+}
+
+template <class... Args>
+cudaError launch(Kernel<Args...> kernel, Extent grid, Extent shape, CUstream_st* stream,
+                 typename NonDeduced<Args>::type... args) {
+  void* addresses[] = {static_cast<void*>(&args)...};
+  return ::cudaLaunchKernel(reinterpret_cast<const void*>(kernel), dim3(grid.x, grid.y, grid.z),
+                            dim3(shape.x, shape.y, shape.z), addresses, 0, stream);
+}
+
+}  // namespace gpuruntime::platform
+
+#include "arithmetic.hpp"

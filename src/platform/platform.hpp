@@ -1,0 +1,37 @@
+/// @file
+/// What a backend gives to the rest of the library. This page is the contract; `backend.hpp` is found on the include
+/// path, in `cpu/` or in `cuda/`, and is the only place where the two differ.
+///
+/// 1. **Qualifiers.** GPURUNTIME_DEVICE and GPURUNTIME_HOST_DEVICE stand before functions that kernels call.
+///    `GPURUNTIME_DEVICE_SYMBOL(T, name)` and `GPURUNTIME_CONSTANT_SYMBOL(T, name)` define a variable that kernels see,
+///    one copy per source unit, zero at load. `GPURUNTIME_SHARED(T, name)` defines a block's shared storage inside a
+///    block functor: raw, never initialised.
+/// 2. **Runtime calls** under their platform names, in `gpuruntime::platform`: `cudaGetDevice`,
+///    `cudaGetDeviceProperties`, `cudaGetErrorString`, `cudaFuncGetAttributes`, `cudaMemcpyAsync`,
+///    `cudaMemcpyToSymbolAsync`, `cudaMemcpyFromSymbolAsync`, `cudaMemcpyToSymbol`, `cudaMemcpyFromSymbol`,
+///    `cudaStreamSynchronize`; and their records `cudaDeviceProp`, `cudaFuncAttributes`.
+/// 3. **Kernels.** A kernel is a struct with `static GPURUNTIME_DEVICE void run(const Block<>& block, Args... args)`.
+///    `kernelOf<K, Args...>()` is its handle, a `Kernel<Args...>`; `launch(kernel, grid, block, stream, args...)`
+///    starts it without dynamic shared memory and returns the status, which callers drop.
+/// 4. **Block.** `index()`, `grid()` and `shape()` tell where a block stands. `withShape<X, Y>()` is the same block
+/// with
+///    a shape that the compiler knows.
+/// 5. **Steps.** `block.forEachThread(step)` runs `step(Thread)` for every thread of the block, in no order that a step
+///    may rely on; `block.sync()` parts two steps. `Thread` holds `x`, `y`, `z` and `lane`, the flat index in the
+///    block, as `ThreadIndex`. A `return` in a step ends that thread's step alone. `block.forEachThread(live, step)`
+///    says beforehand that threads with a coordinate at or above `live` have nothing to do. Where
+///    `leavesOutIdleThreads` is true they do not run, and the step may do without its bound test.
+/// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`.
+/// 7. **Outputs.** `OutputWindow<T>` is how a block writes elements `[first, first + live)` of an array, each once and
+///    none other: write through `pointer()` at the array's own index, then `flush(block)`.
+/// 8. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
+/// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded by
+///    itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused
+///    operation is written `std::fma`.
+///
+/// A backend never names an operation of the library, and nothing outside this folder names a backend.
+#pragma once
+
+#include <gpuruntime/platformtypes.hpp>
+
+#include "backend.hpp"
