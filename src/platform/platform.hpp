@@ -22,8 +22,10 @@
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do. Where
 ///    `leavesOutIdleThreads` is true they do not run, and the step may do without its bound test.
 /// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`.
-/// 7. **Outputs.** `OutputWindow<T>` is how a block writes elements `[first, first + live)` of an array, each once and
-///    none other: write through `pointer()` at the array's own index, then `flush(block)`.
+/// 7. **Outputs and tiles.** `OutputWindow<T>` is how a block writes elements `[first, first + live)` of an array, each
+///    once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>` is the same for N
+///    rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage by columns:
+///    `(row, column)` is `tile[column][row]`. `prefetchNextTile<N>(corner, pitch)` and `blocksPerLine<T, N>` are hints.
 /// 8. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
 /// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded by
 ///    itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused

@@ -15,7 +15,7 @@ struct ElementwiseIterator {
   unsigned long count;  ///< Number of elements of the launch.
 
   /// The bound test, a functor's first act: true for the threads of the last blocks that have no element.
-  GPURUNTIME_DEVICE bool isOutside() const { return !platform::leavesOutIdleThreads && index >= count; }
+  GPURUNTIME_DEVICE bool isOutside() const { return platform::isIdle(index >= count); }
 };
 
 }  // namespace cuda

@@ -9,3 +9,4 @@
 #include "outputwindow.hpp"
 #include "qualifiers.hpp"
 #include "runtime.hpp"
+#include "tile.hpp"

@@ -12,7 +12,10 @@ namespace gpuruntime::platform {
 // addresses.
 using ThreadIndex = unsigned long;
 
-inline constexpr bool leavesOutIdleThreads = !checking::enabled;
+// Idle threads are left out, apart from the checking mode, where the bound tests are part of what is checked.
+GPURUNTIME_INLINE bool isIdle(bool beyondLive) {
+  return checking::enabled && beyondLive;
+}
 
 struct Thread {
   ThreadIndex x;
@@ -45,7 +48,6 @@ class Block {
   GPURUNTIME_INLINE void forEachThread(Live live, Step step) const {
     const ThreadIndex sizeX = shape().x, sizeY = shape().y, sizeZ = shape().z;
     if constexpr (checking::enabled) {
-      // Every thread runs, those without work too: the functors' own bound tests are part of what is checked.
       const unsigned int* order = checking::threadOrder(sizeX * sizeY * sizeZ);
       for (ThreadIndex i = 0; i < sizeX * sizeY * sizeZ; ++i) {
         const ThreadIndex lane = order[i];
@@ -55,11 +57,10 @@ class Block {
       const ThreadIndex endX = live.x < sizeX ? live.x : sizeX;
       const ThreadIndex endY = live.y < sizeY ? live.y : sizeY;
       const ThreadIndex endZ = live.z < sizeZ ? live.z : sizeZ;
-      for (ThreadIndex z = 0; z < endZ; ++z) {
-        for (ThreadIndex y = 0; y < endY; ++y) {
-          GPURUNTIME_SIMD
-          for (ThreadIndex x = 0; x < endX; ++x) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
-        }
+      if (X != 0 && endX == X && endY == Y) {
+        runThreads(X, Y, 1, step);  // Most blocks are whole: loops of known length.
+      } else {
+        runThreads(endX, endY, endZ, step);
       }
     }
   }
@@ -67,6 +68,17 @@ class Block {
   void sync() const {}
 
  private:
+  template <class Step>
+  GPURUNTIME_INLINE void runThreads(ThreadIndex endX, ThreadIndex endY, ThreadIndex endZ, Step step) const {
+    const ThreadIndex sizeX = shape().x, sizeY = shape().y;
+    for (ThreadIndex z = 0; z < endZ; ++z) {
+      for (ThreadIndex y = 0; y < endY; ++y) {
+        GPURUNTIME_SIMD
+        for (ThreadIndex x = 0; x < endX; ++x) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+      }
+    }
+  }
+
   Extent index_;
   Extent grid_;
   Extent shape_;

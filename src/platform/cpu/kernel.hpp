@@ -8,6 +8,8 @@
 #include "qualifiers.hpp"
 #include "runtime.hpp"
 
+#include <type_traits>
+
 namespace gpuruntime::platform {
 
 /// Handle of a kernel; its address is the kernel's identity.
@@ -20,21 +22,66 @@ struct Kernel {
 
 namespace detail {
 
+/// Walks the blocks of a grid, x fastest, in bands: SIDE = 1 row by row; a larger SIDE in squares of SIDE by SIDE
+/// blocks, so that blocks which run one after the other touch neighbouring memory in both dimensions.
+template <unsigned int SIDE>
+class BlockWalk {
+ public:
+  BlockWalk(Extent grid, unsigned long first) : grid_(grid) {
+    const unsigned long page = static_cast<unsigned long>(grid.x) * grid.y;
+    index_.z = static_cast<unsigned int>(first / page);
+    const unsigned long inPage = first % page;
+    top_ = static_cast<unsigned int>(inPage / (static_cast<unsigned long>(grid.x) * SIDE)) * SIDE;
+    const unsigned int height = bottom() - top_;
+    const unsigned long inBand = inPage - static_cast<unsigned long>(grid.x) * top_;
+    left_ = static_cast<unsigned int>(inBand / (SIDE * height)) * SIDE;
+    const unsigned long inSquare = inBand - static_cast<unsigned long>(left_) * height;
+    const unsigned int width = right() - left_;
+    index_.x = left_ + static_cast<unsigned int>(inSquare % width);
+    index_.y = top_ + static_cast<unsigned int>(inSquare / width);
+  }
+
+  Extent index() const { return index_; }
+
+  void advance() {
+    if (++index_.x < right()) return;
+    index_.x = left_;
+    if (++index_.y < bottom()) return;
+    left_ = right();
+    if (left_ == grid_.x) {
+      left_ = 0;
+      top_ = bottom();
+      if (top_ == grid_.y) {
+        top_ = 0;
+        ++index_.z;
+      }
+    }
+    index_.x = left_;
+    index_.y = top_;
+  }
+
+ private:
+  // Along x a band of single rows is one long square.
+  unsigned int right() const { return SIDE == 1 || grid_.x - left_ < SIDE ? grid_.x : left_ + SIDE; }
+  unsigned int bottom() const { return grid_.y - top_ < SIDE ? grid_.y : top_ + SIDE; }
+
+  Extent grid_;
+  Extent index_;
+  unsigned int left_;
+  unsigned int top_;
+};
+
+template <class K, class = void>
+inline constexpr unsigned int walkSide = 1;
+template <class K>
+inline constexpr unsigned int walkSide<K, std::void_t<decltype(K::walkSide)>> = K::walkSide;
+
 // Everything a kernel calls is inlined here, or its thread loops could not be vectorised.
 template <class K, class... Args>
 __attribute__((flatten)) void runBlocks(Extent grid, Extent shape, BlockRange blocks, Args... args) {
-  Extent index{static_cast<unsigned int>(blocks.first % grid.x),
-               static_cast<unsigned int>(blocks.first / grid.x % grid.y),
-               static_cast<unsigned int>(blocks.first / grid.x / grid.y)};
-  for (unsigned long block = blocks.first; block < blocks.last; ++block) {
-    K::run(Block<>(index, grid, shape), args...);
-    if (++index.x == grid.x) {
-      index.x = 0;
-      if (++index.y == grid.y) {
-        index.y = 0;
-        ++index.z;
-      }
-    }
+  BlockWalk<walkSide<K>> walk(grid, blocks.first);
+  for (unsigned long block = blocks.first; block < blocks.last; ++block, walk.advance()) {
+    K::run(Block<>(walk.index(), grid, shape), args...);
   }
 }
 

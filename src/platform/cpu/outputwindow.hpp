@@ -14,6 +14,11 @@
 
 namespace gpuruntime::platform {
 
+inline constexpr unsigned long lineBytes = 64;
+
+/// An array of at least this size is not found in a core's own caches by whoever reads it next.
+inline constexpr unsigned long streamingBytes = 4UL << 20;
+
 /// Writes `bytes` bytes past the caches: a line that is written whole need not be read first, which more than doubles
 /// the rate at which a large array is filled.
 inline void streamBytes(void* destination, const void* source, unsigned long bytes) {
@@ -56,9 +61,6 @@ class OutputWindow {
   }
 
  private:
-  // Above this size an array is no longer found in a core's own caches by whoever reads it next.
-  static constexpr unsigned long streamingBytes = 4UL << 20;
-
   T* begin_;
   unsigned long live_;
   bool streams_;

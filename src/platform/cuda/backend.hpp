@@ -31,7 +31,10 @@ using ::cudaStreamSynchronize;
 
 using ThreadIndex = unsigned int;
 
-inline constexpr bool leavesOutIdleThreads = false;
+// All threads run.
+__device__ inline bool isIdle(bool beyondLive) {
+  return beyondLive;
+}
 
 struct Thread {
   ThreadIndex x;
@@ -96,6 +99,42 @@ class OutputWindow {
  private:
   T* out_;
 };
+
+/// The columns of a tile in shared storage, read where they stand.
+template <class T, unsigned int N, unsigned int PITCH>
+class TransposedTile {
+ public:
+  __device__ explicit TransposedTile(const T (&tile)[N][PITCH]) : tile_(tile) {}
+
+  __device__ const T& operator()(unsigned int row, unsigned int column) const { return tile_[column][row]; }
+
+ private:
+  const T (&tile_)[N][PITCH];
+};
+
+template <class T, unsigned int N>
+class OutputTile {
+ public:
+  __device__ OutputTile(T* out, long corner, unsigned long pitch, bool, unsigned long)
+      : out_(out), corner_(corner), pitch_(static_cast<long>(pitch)) {}
+
+  __device__ T& at(const Thread& thread) { return out_[corner_ + thread.y * pitch_ + thread.x]; }
+
+  template <class Block>
+  __device__ void flush(const Block&) {}
+
+ private:
+  T* out_;
+  long corner_;
+  long pitch_;
+};
+
+// The device hides its latencies by itself, and its blocks run in an order of its own.
+template <unsigned int N, class T>
+__device__ void prefetchNextTile(const T*, unsigned long) {}
+
+template <class T, unsigned int N>
+inline constexpr unsigned int blocksPerLine = 1;
 
 template <class... Args>
 using Kernel = void (*)(Args...);

@@ -1,0 +1,57 @@
+/// @file
+/// Shared base of the benchmarks: every family is called through its public interface and held against what the machine
+/// moves in the same run.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <gpuruntime/gpuruntime.hpp>
+#include <gpuruntime/recipes/device_array.hpp>
+
+namespace benchsupport {
+
+using gpuruntime::recipes::DeviceArray;
+
+/// Number of elements of the large one-dimensional cases, and side of the large square matrices.
+inline constexpr unsigned long largeCount = 1UL << 26;
+inline constexpr unsigned long largeSide = 8192;
+
+/// Bytes per second of this machine, measured at first use: all cores fill by memset, and copy by memcpy (bytes read
+/// and written counted). On a device: its memset and its device-to-device copy.
+double fillBandwidth();
+double copyBandwidth();
+
+/// Runs `call` once an iteration, waiting for the stream, and reports bytes, elements and, for large cases, the
+/// fraction of fill bandwidth (nothing read) or copy bandwidth that `bytesRead + bytesWritten` makes.
+template <class Call>
+void measure(benchmark::State& state, unsigned long elements, unsigned long bytesRead, unsigned long bytesWritten,
+             Call call) {
+  call();
+  gpuruntime::recipes::synchronise();
+  for (auto _ : state) {
+    call();
+    gpuruntime::recipes::synchronise();
+  }
+  const auto iterations = static_cast<double>(state.iterations());
+  const double bytes = static_cast<double>(bytesRead + bytesWritten);
+  using benchmark::Counter;
+  state.SetBytesProcessed(static_cast<long>(bytes * iterations));
+  state.SetItemsProcessed(static_cast<long>(static_cast<double>(elements) * iterations));
+  const double machine = bytesRead == 0 ? fillBandwidth() : copyBandwidth();
+  state.counters[bytesRead == 0 ? "fillFraction" : "copyFraction"] =
+      Counter(bytes * iterations / machine, Counter::kIsRate);
+}
+
+/// Runs `call` once an iteration on one element: what a call costs by itself.
+template <class Call>
+void measureOneElement(benchmark::State& state, Call call) {
+  for (auto _ : state) call();
+  gpuruntime::recipes::synchronise();
+}
+
+}  // namespace benchsupport
+
+// Five repetitions, of which the median and the spread are reported; wall-clock time, since all cores work.
+#define GPURUNTIME_BENCHMARK(...) \
+  BENCHMARK(__VA_ARGS__)->UseRealTime()->Repetitions(5)->ReportAggregatesOnly(true)->Unit(benchmark::kMillisecond)
+#define GPURUNTIME_BENCHMARK_ONE(...) \
+  BENCHMARK(__VA_ARGS__)->UseRealTime()->Repetitions(5)->ReportAggregatesOnly(true)->Unit(benchmark::kNanosecond)

@@ -1,0 +1,15 @@
+/// @file
+/// Everything a caller of the library needs.
+#pragma once
+
+#include <gpuruntime/build/colon.hpp>
+#include <gpuruntime/build/eye.hpp>
+#include <gpuruntime/build/fillarraywithrunningindex.hpp>
+#include <gpuruntime/build/genericones.hpp>
+#include <gpuruntime/build/linlogspace.hpp>
+#include <gpuruntime/elementtypes.hpp>
+#include <gpuruntime/elmath/rot90.hpp>
+#include <gpuruntime/elmath/transpose.hpp>
+#include <gpuruntime/platformtypes.hpp>
+#include <gpuruntime/util/device.hpp>
+#include <gpuruntime/util/messageerror.hpp>

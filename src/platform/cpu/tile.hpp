@@ -1,0 +1,170 @@
+/// @file
+/// Square tiles that are written by rows and read by columns.
+#pragma once
+
+#include "block.hpp"
+#include "outputwindow.hpp"
+#include "qualifiers.hpp"
+
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+namespace gpuruntime::platform {
+namespace detail {
+
+#if defined(__AVX512BW__)
+inline constexpr unsigned int vectorBytes = 64;
+#elif defined(__AVX2__)
+inline constexpr unsigned int vectorBytes = 32;
+#else
+inline constexpr unsigned int vectorBytes = 16;
+#endif
+
+template <unsigned int BYTES>
+struct BitsOf;
+template <>
+struct BitsOf<1> {
+  using type = std::uint8_t;
+};
+template <>
+struct BitsOf<2> {
+  using type = std::uint16_t;
+};
+template <>
+struct BitsOf<4> {
+  using type = std::uint32_t;
+};
+template <>
+struct BitsOf<8> {
+  using type = std::uint64_t;
+};
+
+/// M elements side by side, as their bits: one machine vector.
+template <class T, unsigned int M>
+struct VectorOf {
+  typedef typename BitsOf<sizeof(T)>::type type __attribute__((vector_size(M * sizeof(T))));
+};
+
+// a[0] b[0] a[1] b[1] ... from the first (HALF = 0) or the second (HALF = 1) halves of two vectors.
+template <unsigned int HALF, class Vector, int... I>
+GPURUNTIME_INLINE Vector interleave(Vector a, Vector b, std::integer_sequence<int, I...>) {
+  constexpr int size = sizeof...(I);
+  return __builtin_shufflevector(a, b, (static_cast<int>(HALF) * size / 2 + I / 2 + I % 2 * size)...);
+}
+
+template <class Vector, std::size_t M, std::size_t... I>
+GPURUNTIME_INLINE void interleaveHalves(Vector (&rows)[M], std::index_sequence<I...>) {
+  constexpr auto lanes = std::make_integer_sequence<int, static_cast<int>(M)>();
+  Vector next[M];
+  ((next[2 * I] = interleave<0>(rows[I], rows[I + M / 2], lanes),
+    next[2 * I + 1] = interleave<1>(rows[I], rows[I + M / 2], lanes)),
+   ...);
+  ((rows[2 * I] = next[2 * I], rows[2 * I + 1] = next[2 * I + 1]), ...);
+}
+
+// Everything is spelled out at compile time, so that the rows stay in registers.
+template <class T, unsigned int N, unsigned int PITCH, std::size_t... I>
+GPURUNTIME_INLINE void transposeCorner(const T (&tile)[N][PITCH], T (&rows)[N][N], unsigned int top, unsigned int left,
+                                       std::index_sequence<I...>) {
+  constexpr std::size_t size = sizeof...(I);
+  using Vector = typename VectorOf<T, size>::type;
+  Vector vectors[size];
+  (std::memcpy(&vectors[I], &tile[top + I][left], sizeof(Vector)), ...);
+  // log2(size) rounds, each of which interleaves row i with row i + size / 2, leave the transpose.
+  constexpr std::make_index_sequence<size / 2> half{};
+  interleaveHalves(vectors, half);
+  if constexpr (size >= 4) interleaveHalves(vectors, half);
+  if constexpr (size >= 8) interleaveHalves(vectors, half);
+  if constexpr (size >= 16) interleaveHalves(vectors, half);
+  static_assert(size <= 16, "four rounds");
+  (std::memcpy(&rows[left + I][top], &vectors[I], sizeof(Vector)), ...);
+}
+
+}  // namespace detail
+
+/// The columns of an N by N tile whose rows are PITCH elements apart: `(row, column)` is `tile[column][row]`.
+template <class T, unsigned int N, unsigned int PITCH>
+class TransposedTile {
+ public:
+  GPURUNTIME_INLINE explicit TransposedTile(const T (&tile)[N][PITCH]) {
+    constexpr unsigned int fitting = detail::vectorBytes / sizeof(T);
+    constexpr unsigned int corner = fitting < N ? fitting : N;
+    if constexpr (sizeof(T) <= 8 && corner > 1) {
+      for (unsigned int top = 0; top < N; top += corner) {
+        for (unsigned int left = 0; left < N; left += corner) {
+          detail::transposeCorner(tile, rows_, top, left, std::make_index_sequence<corner>());
+        }
+      }
+    } else {
+      for (unsigned int row = 0; row < N; ++row) {
+        for (unsigned int column = 0; column < N; ++column) rows_[row][column] = tile[column][row];
+      }
+    }
+  }
+
+  GPURUNTIME_INLINE const T& operator()(unsigned long row, unsigned long column) const { return rows_[row][column]; }
+
+ private:
+  alignas(64) T rows_[N][N];
+};
+
+/// The part of an output array that a block fills as N rows of N elements, `pitch` elements apart: write each element
+/// once, through `at(thread)`, then `flush(block)`.
+template <class T, unsigned int N>
+class OutputTile {
+ public:
+  /// `corner` is the index in `out` of the tile's first element, negative where the tile begins before the array.
+  /// `isWhole` says that all N by N elements are written, and `count` is the size of the whole array.
+  GPURUNTIME_INLINE OutputTile(T* out, long corner, unsigned long pitch, bool isWhole, unsigned long count)
+      : out_(out), corner_(corner), pitch_(static_cast<long>(pitch)) {
+    // Past the caches go whole cache lines only: half of one would have to be read to be written.
+    const std::uintptr_t address =
+        reinterpret_cast<std::uintptr_t>(out) + static_cast<unsigned long>(corner) * sizeof(T);
+    const bool wholeLines = N * sizeof(T) % lineBytes == 0 && (address | (pitch * sizeof(T))) % lineBytes == 0;
+    streams_ = wholeLines && isWhole && count >= streamingBytes / sizeof(T);
+    target_ = streams_ ? buffer_[0] : out;
+    targetCorner_ = streams_ ? 0 : corner_;
+    targetPitch_ = streams_ ? long{N} : pitch_;
+  }
+
+  GPURUNTIME_INLINE T& at(const Thread& thread) {
+    return target_[targetCorner_ + static_cast<long>(thread.y) * targetPitch_ + static_cast<long>(thread.x)];
+  }
+
+  template <class Block>
+  GPURUNTIME_INLINE void flush(const Block&) {
+    if (!streams_) return;
+    for (long row = 0; row < long{N}; ++row) {
+      streamBytes(out_ + (corner_ + row * pitch_), buffer_[row], sizeof buffer_[row]);
+    }
+  }
+
+ private:
+  T* out_;
+  long corner_;
+  long pitch_;
+  bool streams_;
+  T* target_;
+  long targetCorner_;
+  long targetPitch_;
+  alignas(lineBytes) T buffer_[N][N];
+};
+
+/// Asks for the tile that follows the one of N by N elements at `corner` along its rows, which are `pitch` elements
+/// apart: too far for the hardware to see the pattern.
+template <unsigned int N, class T>
+GPURUNTIME_INLINE void prefetchNextTile(const T* corner, unsigned long pitch) {
+  constexpr unsigned long rowBytes = N * sizeof(T);
+  constexpr unsigned long distance = rowBytes > lineBytes ? rowBytes : lineBytes;
+  for (unsigned int row = 0; row < N; ++row) {
+    const auto* next = reinterpret_cast<const char*>(corner + row * pitch) + distance;
+    for (unsigned long byte = 0; byte < rowBytes; byte += lineBytes) __builtin_prefetch(next + byte);
+  }
+}
+
+/// Side of the squares of blocks that fill whole cache lines in both dimensions, for tiles of N by N elements.
+template <class T, unsigned int N>
+inline constexpr unsigned int blocksPerLine = N * sizeof(T) < lineBytes ? lineBytes / (N * sizeof(T)) : 1;
+
+}  // namespace gpuruntime::platform
