@@ -1,0 +1,37 @@
+#include "digest.hpp"
+
+namespace digest {
+namespace {
+
+constexpr unsigned long rows = 1037, columns = 521, pages = 2;
+
+template <class T, class Call>
+HostArray<T> turned(Call call) {
+  const GuardedArray<T> in(HostArray<T>::counting(rows * columns * pages));
+  GuardedArray<T> out(rows * columns * pages);
+  call(out.data(), in.data());
+  return out.toHost();
+}
+
+template <class T>
+void addType(Lines& lines) {
+  lines.exact("Transpose", turned<T>([](T* out, const T* in) {
+                typename gpuruntime::Transpose::Invoker<T>()(nullptr, out, in, rows, columns * pages);
+              }));
+  lines.exact("CTranspose", turned<T>([](T* out, const T* in) {
+                typename gpuruntime::CTranspose::Invoker<T>()(nullptr, out, in, rows, columns * pages);
+              }));
+  for (const bool clockwise : {true, false}) {
+    lines.exact(clockwise ? "Rot90Clockwise" : "Rot90CounterClockwise", turned<T>([=](T* out, const T* in) {
+                  typename gpuruntime::Rot90::Invoker<T>()(nullptr, out, in, rows, columns, pages, clockwise);
+                }));
+  }
+}
+
+}  // namespace
+
+void addElmath(Lines& lines) {
+  forEachType(gpuruntime::AllTypes{}, [&](auto tag) { addType<decltype(tag)>(lines); });
+}
+
+}  // namespace digest
