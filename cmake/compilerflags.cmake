@@ -15,7 +15,9 @@ add_library(gpuruntimeFlags INTERFACE)
 if(GPURUNTIME_BACKEND STREQUAL "cuda")
   set(CMAKE_CUDA_STANDARD 17)
   set(CMAKE_CUDA_FLAGS_RELEASE "-O3")
-  set(CMAKE_CUDA_VISIBILITY_PRESET hidden)
+  # nvcc includes the toolkit's vector types ahead of every source. Hidden, they would hide the members that take them;
+  # here the export list alone decides.
+  set(CMAKE_CUDA_VISIBILITY_PRESET default)
   set(CMAKE_CUDA_RUNTIME_LIBRARY Shared)
   string(JOIN "," hostList ${gpuruntimeHostFlags} -Wall)
   target_compile_options(gpuruntimeFlags INTERFACE

@@ -13,18 +13,17 @@
 /// 3. **Kernels.** A kernel is a struct with `static GPURUNTIME_DEVICE void run(const Block<>& block, Args... args)`.
 ///    `kernelOf<K, Args...>()` is its handle, a `Kernel<Args...>`; `launch(kernel, grid, block, stream, args...)`
 ///    starts it without dynamic shared memory and returns the status, which callers drop.
-/// 4. **Block.** `index()`, `grid()` and `shape()` tell where a block stands. `withShape<X, Y>()` is the same block
-/// with
-///    a shape that the compiler knows.
+/// 4. **Block.** `index()`, `grid()` and `shape()` tell where a block stands. `withShape<X, Y>()` is the same block,
+///    with a shape that the compiler knows.
 /// 5. **Steps.** `block.forEachThread(step)` runs `step(Thread)` for every thread of the block, in no order that a step
 ///    may rely on; `block.sync()` parts two steps. `Thread` holds `x`, `y`, `z` and `lane`, the flat index in the
 ///    block, as `ThreadIndex`. A `return` in a step ends that thread's step alone. `block.forEachThread(live, step)`
-///    says beforehand that threads with a coordinate at or above `live` have nothing to do. Where
-///    `leavesOutIdleThreads` is true they do not run, and the step may do without its bound test.
+///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
+///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
 /// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`.
 /// 7. **Outputs and tiles.** `OutputWindow<T>` is how a block writes elements `[first, first + live)` of an array, each
-///    once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>` is the same for N
-///    rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage by columns:
+///    once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>` is the same for
+///    N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage by columns:
 ///    `(row, column)` is `tile[column][row]`. `prefetchNextTile<N>(corner, pitch)` and `blocksPerLine<T, N>` are hints.
 /// 8. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
 /// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded by

@@ -5,6 +5,7 @@
 #include "../extent.hpp"
 #include "block.hpp"
 #include "executor.hpp"
+#include "outputwindow.hpp"
 #include "qualifiers.hpp"
 #include "runtime.hpp"
 
@@ -83,6 +84,7 @@ __attribute__((flatten)) void runBlocks(Extent grid, Extent shape, BlockRange bl
   for (unsigned long block = blocks.first; block < blocks.last; ++block, walk.advance()) {
     K::run(Block<>(walk.index(), grid, shape), args...);
   }
+  finishStreaming();
 }
 
 }  // namespace detail

@@ -39,6 +39,13 @@ inline void streamBytes(void* destination, const void* source, unsigned long byt
   std::memcpy(to, from, bytes);
 }
 
+/// Makes what streamBytes wrote visible to other threads in the order that their synchronisation promises.
+inline void finishStreaming() {
+#if defined(__SSE2__)
+  _mm_sfence();
+#endif
+}
+
 /// Elements `[first, first + live)` of `out`, each to be written once, at its own index through `pointer()`.
 ///
 /// An array that the caches would not keep anyway is written past them, by way of a buffer that stays in the first

@@ -1,0 +1,9 @@
+# The demo, run as a newcomer runs it. Its target is defined later than this, and is known when the build is generated.
+if(GPURUNTIME_EXAMPLES)
+  find_package(Python3 QUIET COMPONENTS Interpreter)
+  if(NOT Python3_FOUND)
+    message(FATAL_ERROR "python3 is missing. Install the package python3 (apt-get install python3).")
+  endif()
+  add_test(NAME examples/turn_picture
+           COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_LIST_DIR}/turn_picture_test.py $<TARGET_FILE:turn_picture>)
+endif()
