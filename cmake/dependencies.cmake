@@ -1,6 +1,10 @@
 # Finds what the library calls. A missing package is named, with the Debian package that brings it.
+if(GPURUNTIME_DEPENDENCIES)
+  list(PREPEND CMAKE_PREFIX_PATH ${GPURUNTIME_DEPENDENCIES})
+endif()
+
 function(gpuruntime_require_header variable header debianPackage)
-  find_path(${variable} ${header} HINTS ${GPURUNTIME_DEPENDENCIES}/include ${ARGN})
+  find_path(${variable} ${header} HINTS ${ARGN})
   if(NOT ${variable})
     message(FATAL_ERROR "${header} is missing. Install the package ${debianPackage} (apt-get install ${debianPackage}), "
                         "or name an offline bundle with -DGPURUNTIME_DEPENDENCIES=FOLDER.")

@@ -5,6 +5,7 @@ set(GPURUNTIME_VECTOR_LEVEL native CACHE STRING "Instruction set of the cpu back
 set(GPURUNTIME_DEPENDENCIES "" CACHE PATH "Folder of an offline bundle of the dependencies; empty takes the system's")
 option(GPURUNTIME_HOST_STANDIN "Build the stand-in for the host environment; OFF leaves its symbols to GPURUNTIME_HOST_LIBRARIES" ON)
 set(GPURUNTIME_HOST_LIBRARIES "" CACHE STRING "Libraries of the real host environment, with GPURUNTIME_HOST_STANDIN off")
+set(GPURUNTIME_HOST_INCLUDE ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/host CACHE PATH "Folder of hostenvironment.hpp, which declares the host environment's messages and the function that raises them")
 option(GPURUNTIME_SANITIZE "Address and undefined-behaviour sanitizers" OFF)
 option(GPURUNTIME_CHECKING "Run the threads of a step and the blocks of a launch in another order (cpu backend)" OFF)
 option(GPURUNTIME_TESTS "Build the tests" ON)

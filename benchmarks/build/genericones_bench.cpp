@@ -8,7 +8,7 @@ template <class T>
 void genericOnes(benchmark::State& state) {
   DeviceArray<T> out(largeCount);
   measure(state, largeCount, 0, out.bytes(),
-          [&] { gpuruntime::GenericOnes::Invoker<T>()(nullptr, largeCount, out.data(), T{1}); });
+          [&] { gpuruntime::GenericOnes::Invoker<T>()(nullptr, largeCount, out.data(), T{}); });
 }
 GPURUNTIME_BENCHMARK(genericOnes<double>);
 GPURUNTIME_BENCHMARK(genericOnes<unsigned char>);

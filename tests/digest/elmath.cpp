@@ -15,14 +15,14 @@ HostArray<T> turned(Call call) {
 
 template <class T>
 void addType(Lines& lines) {
-  lines.exact("Transpose", turned<T>([](T* out, const T* in) {
+  lines.moved("Transpose", turned<T>([](T* out, const T* in) {
                 typename gpuruntime::Transpose::Invoker<T>()(nullptr, out, in, rows, columns * pages);
               }));
-  lines.exact("CTranspose", turned<T>([](T* out, const T* in) {
+  lines.moved("CTranspose", turned<T>([](T* out, const T* in) {
                 typename gpuruntime::CTranspose::Invoker<T>()(nullptr, out, in, rows, columns * pages);
               }));
   for (const bool clockwise : {true, false}) {
-    lines.exact(clockwise ? "Rot90Clockwise" : "Rot90CounterClockwise", turned<T>([=](T* out, const T* in) {
+    lines.moved(clockwise ? "Rot90Clockwise" : "Rot90CounterClockwise", turned<T>([=](T* out, const T* in) {
                   typename gpuruntime::Rot90::Invoker<T>()(nullptr, out, in, rows, columns, pages, clockwise);
                 }));
   }

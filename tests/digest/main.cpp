@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <sstream>
 
 namespace {
@@ -54,6 +55,13 @@ bool agree(const std::string& actual, const std::string& expected) {
   return !(b >> right);
 }
 
+// The lines by name and type.
+std::map<std::string, std::string> byName(const std::vector<std::string>& lines) {
+  std::map<std::string, std::string> named;
+  for (const std::string& line : lines) named[line.substr(0, line.find("> "))] = line;
+  return named;
+}
+
 std::vector<std::string> expectedLines(const char* path) {
   std::ifstream file(path);
   if (!file) {
@@ -82,14 +90,22 @@ int main(int argc, char** argv) {
     for (const std::string& line : actual) std::cout << line << "\n";
     return 0;
   }
-  const std::vector<std::string> expected = expectedLines(argv[1]);
+  const std::map<std::string, std::string> ours = byName(actual), expected = byName(expectedLines(argv[1]));
   unsigned long differing = 0;
-  for (std::size_t i = 0; i < std::max(actual.size(), expected.size()); ++i) {
-    const std::string ours = i < actual.size() ? actual[i] : "(no such line)";
-    const std::string wanted = i < expected.size() ? expected[i] : "(no such line)";
-    if (agree(ours, wanted)) continue;
+  const auto report = [&](const std::string& wanted, const std::string& computed) {
     ++differing;
-    std::cerr << "digest differs\n  expected " << wanted << "\n  computed " << ours << "\n";
+    std::cerr << "digest differs\n  expected " << wanted << "\n  computed " << computed << "\n";
+  };
+  for (const auto& [name, line] : ours) {
+    const auto wanted = expected.find(name);
+    if (wanted == expected.end()) {
+      report("(no such line)", line);
+    } else if (!agree(line, wanted->second)) {
+      report(wanted->second, line);
+    }
+  }
+  for (const auto& [name, line] : expected) {
+    if (ours.find(name) == ours.end()) report(line, "(no such line)");
   }
   std::cout << actual.size() << " digests, " << differing << " differ\n";
   return differing == 0 ? 0 : 1;

@@ -67,7 +67,7 @@ TEST(Rot90, LeavesAllAloneWithoutElementsOrPages) {
   const gpuruntime::Rot90::Invoker<int> rotate;
   rotate(nullptr, output.data(), input.data(), 0, 4, 1, true);
   rotate(nullptr, output.data(), input.data(), 4, 0, 1, false);
-  expectElements(output.toHost(), [](unsigned long) { return markerValue<int>(); });
+  expectUntouched(output.toHost());
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ T conjugated(T value) {
     using Real = decltype(T::x);
     // In unsigned arithmetic the lowest integer has a negative, itself.
     if constexpr (std::is_floating_point_v<Real>) {
-      value.y = -value.y;
+      value.y = std::copysign(value.y, std::signbit(value.y) ? Real(1) : Real(-1));
     } else {
       value.y = static_cast<Real>(0ULL - static_cast<unsigned long long>(value.y));
     }
@@ -81,7 +81,7 @@ TYPED_TEST(TransposeTest, LeavesAllAloneWithoutElements) {
   const GuardedArray<T> input(4);
   typename gpuruntime::Transpose::Invoker<T>()(nullptr, output.data(), input.data(), 0, 4);
   typename gpuruntime::CTranspose::Invoker<T>()(nullptr, output.data(), input.data(), 4, 0);
-  expectElements(output.toHost(), [](unsigned long) { return markerValue<T>(); });
+  expectUntouched(output.toHost());
 }
 
 // In place is also right for vectors, whose data does not move, and for what lies in one tile.

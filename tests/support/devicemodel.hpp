@@ -2,7 +2,7 @@
 /// Fixture of the tests that tell the device model which device it is.
 #pragma once
 
-#include <gpuruntime/util/device.hpp>
+#include <gpuruntime/launcher/launchrecords.hpp>
 #include <gpuruntime/util/messageerror.hpp>
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 #include "platform/cpu/devicemodel.hpp"
 #include "support/visits.hpp"
 
-/// Grid, block and, where there are any, steps: x, y, z of each.
+/// Grid and block of a launch, then the steps where a chooser gives them: x, y and z of each.
 using Shape = std::vector<unsigned long>;
 
 class DeviceModelTest : public testing::Test {
@@ -22,21 +22,15 @@ class DeviceModelTest : public testing::Test {
   using RecordedCall = gpuruntime::platform::RecordedCall;
   using DeviceProperties = gpuruntime::platform::cudaDeviceProp;
 
-  DeviceModelTest() { useDevice(defaultDevice()); }
-
+  DeviceModelTest() { useDevice(deviceWithGrid(2147483647, 65535, 65535)); }
   ~DeviceModelTest() override {
-    useDevice(defaultDevice());
+    useDevice(gpuruntime::platform::DeviceModel::defaultDevice());
     model().reset();
   }
 
   static gpuruntime::platform::DeviceModel& model() { return gpuruntime::platform::DeviceModel::instance(); }
 
-  /// The same device whatever the machine.
-  static DeviceProperties defaultDevice() { return {1024, {1024, 1024, 64}, {2147483647, 65535, 65535}, 8, 9, 0}; }
-
-  static DeviceProperties deviceWithGrid(int x, int y, int z) {
-    return {1024, {1024, 1024, 64}, {x, y, z}, 8, 9, 0};
-  }
+  static DeviceProperties deviceWithGrid(int x, int y, int z) { return {1024, {1024, 1024, 64}, {x, y, z}, 8, 9, 0}; }
 
   /// Starts over, on this device.
   static void useDevice(const DeviceProperties& device) {
@@ -52,22 +46,25 @@ class DeviceModelTest : public testing::Test {
   /// The calls that `action` makes, by name.
   template <class Action>
   static std::string callsOf(Action action) {
-    static const char* const names[] = {"getDevice", "getDeviceProperties", "getErrorString",
-                                        "attributes", "launch", "memcpy",
-                                        "memcpyToSymbol", "memcpyFromSymbol", "streamSynchronize"};
+    static const char* const names[] = {"device ", "properties ", "text ", "attributes ", "launch "};
     model().startRecording();
     action();
     std::string text;
-    for (const RecordedCall& made : model().calls()) {
-      text += (text.empty() ? "" : " ") + std::string(names[static_cast<int>(made.call)]);
-    }
+    for (const RecordedCall& made : model().calls()) text += names[static_cast<int>(made.call)];
     return text;
   }
 
   /// Grid and block of the launch that was recorded last.
-  static Shape lastLaunch() {
+  static Shape launched() {
     const RecordedCall& made = model().calls().back();
     return {made.grid.x, made.grid.y, made.grid.z, made.block.x, made.block.y, made.block.z};
+  }
+
+  static Shape shapeOf(const gpuruntime::GridAndBlock& s) {
+    return {s.gridX, s.gridY, s.gridZ, s.blockX, s.blockY, s.blockZ};
+  }
+  static Shape shapeOf(const gpuruntime::GridBlockAndSteps& s) {
+    return {s.gridX, s.gridY, s.gridZ, s.blockX, s.blockY, s.blockZ, s.stepsX, s.stepsY, s.stepsZ};
   }
 
   template <class Action>
@@ -80,40 +77,41 @@ class DeviceModelTest : public testing::Test {
     }
   }
 
-  /// Lets each call that `launch(unsigned char* visits)` makes fail in turn. A query raises and nothing is launched; a
-  /// launch fails silently. No element is visited either way.
+  /// `launch(unsigned char* visits)` makes these calls and visits each element once.
   template <class Launch>
-  static void expectFailuresAreHandled(std::size_t elements, Launch launch) {
-    const DeviceProperties device = model().devices[0];
-    Visits wholeRun(elements);
-    callsOf([&] { launch(wholeRun.data()); });
-    EXPECT_TRUE(wholeRun.each(1));
-    const std::vector<RecordedCall> calls = model().calls();
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-      const Call failing = calls[i].call;
-      const auto isSameCall = [=](const RecordedCall& made) { return made.call == failing; };
-      const auto occurrence = std::count_if(calls.begin(), calls.begin() + static_cast<long>(i) + 1, isSameCall);
-      useDevice(device);
-      model().failCall(failing, static_cast<unsigned int>(occurrence), cudaErrorLaunchFailure);
-      model().startRecording();
-      Visits visits(elements);
-      if (failing == Call::launch) {
-        EXPECT_NO_THROW(launch(visits.data()));
-      } else {
-        expectRaises("vantor::gpu::device::UnknownCUDAError", [&] { launch(visits.data()); });
-        EXPECT_EQ(model().countOf(Call::launch), 0u);
-      }
-      EXPECT_TRUE(visits.each(0)) << "call " << i;
-    }
+  static void expectVisitsOnce(unsigned long elements, const std::string& calls, Launch launch) {
+    Visits visits(elements);
+    EXPECT_EQ(callsOf([&] { launch(visits.data()); }), calls);
+    EXPECT_TRUE(visits.each(1)) << "of " << elements;
   }
 
-  /// The platform refuses the block or the grid of the launch, and nobody is told.
+  /// The launch visits nothing: a query fails and raises, or else the platform refuses and nobody is told.
   template <class Launch>
-  static void expectRefusedSilently(std::size_t elements, Launch launch) {
+  static void expectVisitsNothing(unsigned long elements, bool raises, Launch launch) {
     Visits visits(elements);
     model().startRecording();
-    EXPECT_NO_THROW(launch(visits.data()));
-    EXPECT_EQ(model().countOf(Call::launch), 1u);
+    if (raises) {
+      expectRaises("vantor::gpu::device::UnknownCUDAError", [&] { launch(visits.data()); });
+    } else {
+      EXPECT_NO_THROW(launch(visits.data()));
+    }
+    EXPECT_EQ(model().countOf(Call::launch), raises ? 0u : 1u);
     EXPECT_TRUE(visits.each(0));
+  }
+
+  /// Lets each call of the launch fail in turn.
+  template <class Launch>
+  static void expectFailuresAreHandled(unsigned long elements, const std::string& calls, Launch launch) {
+    const DeviceProperties device = model().devices[0];
+    expectVisitsOnce(elements, calls, launch);
+    const std::vector<RecordedCall> made = model().calls();
+    for (auto call = made.begin(); call != made.end(); ++call) {
+      const auto isAlike = [=](const RecordedCall& other) { return other.call == call->call; };
+      const auto occurrence = static_cast<unsigned int>(std::count_if(made.begin(), call + 1, isAlike));
+      useDevice(device);
+      model().failCall(call->call, occurrence, cudaErrorLaunchFailure);
+      expectVisitsNothing(elements, call->call != Call::launch, launch);
+    }
+    useDevice(device);
   }
 };

@@ -6,6 +6,7 @@
 #include <gpuruntime/gpuruntime.hpp>
 #include <gpuruntime/recipes/device_array.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -137,12 +138,16 @@ void expectElements(const HostArray<T>& actual, Expected expected, const std::st
   }
 }
 
-/// The marker that an array holds before it is written.
+/// True if element i still holds the marker of an array that nobody wrote.
 template <class T>
-T markerValue() {
-  T value;
-  std::memset(&value, GuardedArray<T>::marker, sizeof value);
-  return value;
+bool isUntouched(const HostArray<T>& array, unsigned long i) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(array.data()) + i * sizeof(T);
+  return std::all_of(bytes, bytes + sizeof(T), [](unsigned char byte) { return byte == GuardedArray<T>::marker; });
+}
+
+template <class T>
+void expectUntouched(const HostArray<T>& array) {
+  for (unsigned long i = 0; i < array.size(); ++i) EXPECT_TRUE(isUntouched(array, i)) << "element " << i;
 }
 
 /// Sizes around the block, several blocks, and enough for more than one task and for writes past the caches.

@@ -16,16 +16,16 @@ class Visits {
 
   testing::AssertionResult each(unsigned int times) const {
     for (std::size_t i = 0; i < counts_.size(); ++i) {
-      const bool isElement = i >= guard && i < counts_.size() - guard;
-      if (counts_[i] == (isElement ? times : 0)) continue;
-      return testing::AssertionFailure() << (isElement ? "element " : "guard ") << static_cast<long>(i) - long{guard}
-                                         << " was visited " << +counts_[i] << " times";
+      const bool isGuard = i < guard || i >= counts_.size() - guard;
+      if (counts_[i] != (isGuard ? 0 : times)) {
+        return testing::AssertionFailure() << (isGuard ? "guard " : "element ") << i - guard << ": " << +counts_[i];
+      }
     }
     return testing::AssertionSuccess();
   }
 
  private:
-  static constexpr int guard = 256;
+  static constexpr std::size_t guard = 256;
 
   std::vector<unsigned char> counts_;
 };

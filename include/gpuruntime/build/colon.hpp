@@ -16,7 +16,8 @@ namespace gpuruntime {
 ///
 /// and for odd n the middle element does not depend on `step`: out[h] = fma(stop - start, 0.5, start) where both ends
 /// are >= 0 or both are <= 0, and (start + stop) * 0.5 otherwise, also where an end is NaN.
-/// So for n >= 2 both ends come out exact in double, and for n = 1 the element is the middle of `start` and `stop`.
+/// So for n >= 2 and a finite `step` both ends come out exact in double, -0 as +0 apart, and for n = 1 the element is
+/// the middle of `start` and `stop`.
 ///
 /// The value becomes a T at the store: rounded to nearest for float; for integers truncated towards zero to the 32-bit
 /// (8- to 32-bit T) or 64-bit integer of T's signedness, of which T keeps the low bits. Values beyond that integer take

@@ -40,7 +40,9 @@ CUstream_st* createStream();
 void destroyStream(CUstream_st* stream) noexcept;
 
 /// Waits until all work on `stream` is done.
-/// @throws std::runtime_error with the runtime's text if a launch or a copy failed since the last call.
+/// @throws std::runtime_error with the runtime's text if a launch or a copy failed since the last call. On the cpu
+/// backend all work is done when its call returns, and a launch that is refused, such as one of no pages, leaves no
+/// mark.
 void synchronise(CUstream_st* stream = nullptr);
 
 /// The current device in words, for printouts.

@@ -36,7 +36,7 @@ class Block {
 
   template <unsigned int FixedX, unsigned int FixedY = 1>
   Block<FixedX, FixedY> withShape() const {
-    return {index_, grid_, Extent{FixedX, FixedY, 1}};
+    return {index_, grid_, FixedX == 0 ? shape_ : Extent{FixedX, FixedY, 1}};
   }
 
   template <class Step>

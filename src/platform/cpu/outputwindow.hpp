@@ -55,7 +55,7 @@ class OutputWindow {
  public:
   /// `count` is the size of the whole array.
   GPURUNTIME_INLINE OutputWindow(T* out, unsigned long first, unsigned long live, unsigned long count)
-      : begin_(out + first), live_(live < N ? live : N), streams_(count >= streamingBytes / sizeof(T)) {
+      : begin_(out + first), live_(live), streams_(count >= streamingBytes / sizeof(T)) {
     const std::uintptr_t origin = reinterpret_cast<std::uintptr_t>(buffer_) - first * sizeof(T);
     pointer_ = streams_ ? reinterpret_cast<T*>(origin) : out;
   }
@@ -63,8 +63,9 @@ class OutputWindow {
   GPURUNTIME_INLINE T* pointer() { return pointer_; }
 
   template <class Block>
-  GPURUNTIME_INLINE void flush(const Block&) {
-    if (streams_) streamBytes(begin_, buffer_, live_ * sizeof(T));
+  GPURUNTIME_INLINE void flush(const Block& block) {
+    const unsigned long threads = block.shape().x;
+    if (streams_) streamBytes(begin_, buffer_, (live_ < threads ? live_ : threads) * sizeof(T));
   }
 
  private:

@@ -1,0 +1,196 @@
+#!/usr/bin/env python3
+"""Writes and checks tests/export/exports.txt, the demangled names that the shared library exports.
+
+    exportlist.py                     writes the list from the public headers and the table of element types
+    exportlist.py --check             fails if the committed list is another
+    exportlist.py --library FILE      fails if FILE exports other names than the committed list (--nm PROGRAM)
+"""
+import argparse
+import itertools
+import pathlib
+import re
+import subprocess
+import sys
+
+from cppsource import closing, strip_comments
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+HEADERS = ROOT / "include" / "gpuruntime"
+LIST_FILE = ROOT / "tests" / "export" / "exports.txt"
+MOST_PRINTED = 20
+NOT_FAMILIES = ("launcher", "recipes", "util")
+
+STRING = "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> > const&"
+# What is exported beside the families.
+FIXED = [
+    "gpuruntime::MessageError::MessageError(%s, %s)" % (STRING, STRING),
+    "gpuruntime::MessageError::~MessageError()",
+    "gpuruntime::util::checkAndThrow(cudaError)",
+    "gpuruntime::util::getCurrentDeviceProperties()",
+    "typeinfo for gpuruntime::MessageError",
+    "typeinfo name for gpuruntime::MessageError",
+    "vtable for gpuruntime::MessageError",
+]
+
+ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long"}
+BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
+
+
+def type_lists():
+    """The lists by name, RealNumericTypes and so on, each with its members in order."""
+    text = strip_comments((HEADERS / "elementtypes.hpp").read_text()).replace("\\\n", " ")
+    rows = [(real.strip(), cplx.strip()) for real, cplx in re.findall(r"\bROW\(X, A, ([^,()]+), ([^,()]+)\)", text)]
+    macros = dict(re.findall(r"#define (GPURUNTIME_\w+_TYPES)\(X, A\) (.*)", text))
+
+    def members(macro):
+        found = []
+        for name, arguments in re.findall(r"(\w+)\(([^()]*)\)", macros[macro]):
+            if name == "X":
+                found.append(arguments.split(",", 1)[1].strip())
+            elif name == "GPURUNTIME_ELEMENT_ROWS":
+                found += [row["_REAL_" not in arguments] for row in rows]
+            else:
+                found += members(name)
+        return found
+
+    return {name: members(macro) for name, macro in re.findall(r"GPURUNTIME_DEFINE_LIST\((\w+), (\w+)\);", text)}
+
+
+def built_in(words):
+    """The one spelling of a built-in type, whatever the order and number of its words."""
+    for core in ("char", "short", "float", "double", "bool", "void"):
+        if core in words:
+            signs = [word for word in ("signed", "unsigned") if word in words and (core, word) != ("short", "signed")]
+            return " ".join(signs + [core])
+    sign = ["unsigned"] if "unsigned" in words else []
+    return " ".join(sign + (["long"] * words.count("long") or ["int"]))
+
+
+def spell(parameter, types):
+    """A parameter's type as a demangler spells it: `const T* a` with T = int is `int const*`."""
+    parameter = parameter.split("=")[0]
+    for name, value in types.items():
+        parameter = re.sub(r"\b%s\b" % name, value, parameter)
+    for alias, value in ALIASES.items():
+        parameter = re.sub(r"(?<![\w:])%s\b" % alias, value, parameter)
+    # A dependent type, such as that of the real part of T, would be looked up here.
+    if not re.fullmatch(r"[\w:\s*&]+", parameter):
+        raise ValueError("exportlist.py can't spell the parameter type '%s'" % parameter.strip())
+    words, other, suffix, constant = [], "", "", False
+    for token in re.findall(r"[\w:]+|[*&]", parameter):
+        if token == "const":
+            if suffix:
+                suffix += " const"
+            else:
+                constant = True
+        elif token in "*&":
+            suffix += token
+        elif token in BUILT_IN:
+            words.append(token)
+        elif not words and not other:
+            other = token
+    base = other or built_in(words)
+    if not suffix:
+        return base
+    return base + (" const" if constant else "") + re.sub(r" const$", "", suffix)
+
+
+def split_parameters(text):
+    return [part for part in (part.strip() for part in re.sub(r"\s+", " ", text).split(",")) if part]
+
+
+def functions(body):
+    """The exported functions declared in a class body itself: (name, parameters, ' const' or '')."""
+    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
+    return [(name, split_parameters(parameters), " const" if const else "")
+            for name, parameters, const in re.findall(pattern, body)]
+
+
+def classes(text):
+    """Class definitions at the top of a text: (template parameters, name, body), and the text without their bodies."""
+    found, rest, position = [], "", 0
+    head = re.compile(r"(?:template\s*<([^<>]*)>\s*)?\b(?:class|struct)\s+(?:GPURUNTIME_API\s+)?(\w+)[^;{}()]*\{")
+    while match := head.search(text, position):
+        end = closing(text, match.end() - 1)
+        parameters = [part.split()[-1] for part in split_parameters(match.group(1) or "")]
+        found.append((parameters, match.group(2), text[match.end():end]))
+        rest += text[position:match.start()]
+        position = end + 1
+    return found, rest + text[position:]
+
+
+def invoker_names(family, parameters, body, lists):
+    takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
+    chosen = {parameter: lists[name] for _, parameter, name in takes}
+    if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):
+        raise ValueError("%s::Invoker: each parameter needs its GPURUNTIME_FAMILY_TAKES(%s, parameter, list)"
+                         % (family, family))
+    # Every combination is a member. A family of which only some are would leave out the others here.
+    for combination in itertools.product(*(chosen[parameter] for parameter in parameters)):
+        types = dict(zip(parameters, combination))
+        for name, arguments, const in functions(body):
+            yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
+                family, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)
+
+
+def family_names(header, lists):
+    for parameters, family, body in classes(strip_comments(header.read_text()))[0]:
+        # A family that is a class template itself, over generators for instance, would be walked over them here.
+        if parameters:
+            raise ValueError("%s: %s: class templates are not known to exportlist.py yet" % (header.name, family))
+        inner, rest = classes(body)
+        for name, arguments, const in functions(rest):
+            yield "gpuruntime::%s::%s(%s)%s" % (family, name, ", ".join(spell(a, {}) for a in arguments), const)
+        for invoker_parameters, name, invoker_body in inner:
+            if name == "Invoker":
+                yield from invoker_names(family, invoker_parameters, invoker_body, lists)
+
+
+def generated():
+    lists = type_lists()
+    names = set(FIXED)
+    for header in sorted(HEADERS.glob("*/*.hpp")):
+        if header.parent.name not in NOT_FAMILIES:
+            names.update(family_names(header, lists))
+    return sorted(names)
+
+
+def exported(library, nm):
+    output = subprocess.run([nm, "-DC", "--defined-only", library], check=True, capture_output=True, text=True).stdout
+    return sorted({line.split(" ", 2)[2] for line in output.splitlines()})
+
+
+def differences(expected, found, missing, extra):
+    for what, names in ((missing, set(expected) - set(found)), (extra, set(found) - set(expected))):
+        for name in sorted(names)[:MOST_PRINTED]:
+            print("%s: %s" % (what, name))
+        if len(names) > MOST_PRINTED:
+            print("%s: %d more" % (what, len(names) - MOST_PRINTED))
+    return expected != found
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--check", action="store_true")
+    parser.add_argument("--library")
+    parser.add_argument("--nm", default="nm")
+    options = parser.parse_args()
+    if not options.check and not options.library:
+        LIST_FILE.write_text("".join(name + "\n" for name in generated()))
+        return 0
+    committed = LIST_FILE.read_text().splitlines()
+    failed = False
+    if options.check and differences(generated(), committed, "declared, but not in exports.txt",
+                                     "in exports.txt, but not declared"):
+        print("exports.txt does not fit the headers: if the interface was meant to change, run `make exports`.")
+        failed = True
+    if options.library and differences(committed, exported(options.library, options.nm), "missing from the library",
+                                       "exported beyond the list"):
+        failed = True
+    if not failed:
+        print("%d names" % len(committed))
+    return int(failed)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
