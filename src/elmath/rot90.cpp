@@ -51,6 +51,8 @@ struct Rot90Kernel : BlockFunctor<TILE, TILE> {
     const long firstColumn = CLOCKWISE ? numX - left - long{TILE} : left;
     const long firstRow = CLOCKWISE ? top : numY - top - long{TILE};
     const bool isWhole = left + long{TILE} <= numX && top + long{TILE} <= numY;
+    const long nextColumn = CLOCKWISE ? firstColumn - long{TILE} : firstColumn + long{TILE};
+    platform::prefetchOutputTile<TILE>(output, nextColumn * numY + firstRow, it.sizeY);
 
     const platform::TransposedTile columns(shared.shmem);
     platform::OutputTile<T, TILE> target(output, firstColumn * numY + firstRow, it.sizeY, isWhole,

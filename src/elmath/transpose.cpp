@@ -54,6 +54,7 @@ struct TransposeKernel : BlockFunctor<TILE, TILE> {
       shared.block[thread.y][thread.x] = conjugateIf<CONJ>(input[(top + thread.y) * numX + left + thread.x]);
     });
     platform::prefetchNextTile<TILE>(input + top * numX + left, numX);
+    platform::prefetchOutputTile<TILE>(output, static_cast<long>((left + TILE) * numY + top), numY);
     block.sync();
 
     const platform::TransposedTile columns(shared.block);

@@ -24,7 +24,8 @@
 /// 7. **Outputs and tiles.** `OutputWindow<T>` is how a block writes elements `[first, first + live)` of an array, each
 ///    once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>` is the same for
 ///    N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage by columns:
-///    `(row, column)` is `tile[column][row]`. `prefetchNextTile<N>(corner, pitch)` and `blocksPerLine<T, N>` are hints.
+///    `(row, column)` is `tile[column][row]`. `prefetchNextTile<N>(corner, pitch)`,
+///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
 /// 8. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
 /// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded by
 ///    itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused

