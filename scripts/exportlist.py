@@ -33,6 +33,7 @@ FIXED = [
 ]
 
 ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long"}
+PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
 
@@ -53,6 +54,8 @@ def type_lists():
                 found += members(name)
         return found
 
+    for row in rows:
+        PARTS.update({row[0]: row, row[1]: row})
     return {name: members(macro) for name, macro in re.findall(r"GPURUNTIME_DEFINE_LIST\((\w+), (\w+)\);", text)}
 
 
@@ -73,7 +76,10 @@ def spell(parameter, types):
         parameter = re.sub(r"\b%s\b" % name, value, parameter)
     for alias, value in ALIASES.items():
         parameter = re.sub(r"(?<![\w:])%s\b" % alias, value, parameter)
-    # A dependent type, such as that of the real part of T, would be looked up here.
+    # Dependent types: the real type of the parts of T, and the complex type of such parts.
+    for which in ("RealOf", "ComplexOf"):
+        parameter = re.sub(r"\b(?:gpuruntime::)?%s<([\w\s]+)>" % which,
+                           lambda match: PARTS[match.group(1).strip()][which == "ComplexOf"], parameter)
     if not re.fullmatch(r"[\w:\s*&]+", parameter):
         raise ValueError("exportlist.py can't spell the parameter type '%s'" % parameter.strip())
     words, other, suffix, constant = [], "", "", False

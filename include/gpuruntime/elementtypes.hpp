@@ -57,6 +57,22 @@ struct ListBuilder<TypeList<Done...>, ListEnd> {
   using type = TypeList<Done...>;
 };
 
+// A real and a complex type for each element type, which is itself one of the two. The complex of bool is none.
+template <class T>
+struct Parts {
+  using Real = T;
+};
+#define GPURUNTIME_DEFINE_PARTS(X, A, RealType, ComplexType) \
+  template <>                                                \
+  struct Parts<RealType> {                                   \
+    using Real = RealType;                                   \
+    using Complex = ComplexType;                             \
+  };                                                         \
+  template <>                                                \
+  struct Parts<ComplexType> : Parts<RealType> {};
+GPURUNTIME_ELEMENT_ROWS(GPURUNTIME_DEFINE_PARTS, , )
+#undef GPURUNTIME_DEFINE_PARTS
+
 template <class T, class List>
 struct IsMember;
 template <class T, class... Types>
@@ -67,6 +83,14 @@ struct IsMember<T, TypeList<Types...>> : std::bool_constant<(std::is_same_v<T, T
 #define GPURUNTIME_LIST_MEMBER(A, T) T,
 #define GPURUNTIME_DEFINE_LIST(Name, MEMBERS) \
   using Name = detail::ListBuilder<TypeList<>, MEMBERS(GPURUNTIME_LIST_MEMBER, ) detail::ListEnd>::type
+
+/// The type of the parts of a complex type; a real type is its own.
+template <class T>
+using RealOf = typename detail::Parts<T>::Real;
+
+/// The complex type whose parts have a numeric real type; a complex type is its own.
+template <class T>
+using ComplexOf = typename detail::Parts<T>::Complex;
 
 GPURUNTIME_DEFINE_LIST(RealNumericTypes, GPURUNTIME_REAL_NUMERIC_TYPES);
 GPURUNTIME_DEFINE_LIST(RealTypes, GPURUNTIME_REAL_TYPES);

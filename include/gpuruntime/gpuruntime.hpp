@@ -7,6 +7,11 @@
 #include <gpuruntime/build/fillarraywithrunningindex.hpp>
 #include <gpuruntime/build/genericones.hpp>
 #include <gpuruntime/build/linlogspace.hpp>
+#include <gpuruntime/complex/complexcopypad.hpp>
+#include <gpuruntime/complex/complexify.hpp>
+#include <gpuruntime/complex/conj.hpp>
+#include <gpuruntime/complex/decomplexify.hpp>
+#include <gpuruntime/complex/realimag.hpp>
 #include <gpuruntime/elementtypes.hpp>
 #include <gpuruntime/elmath/rot90.hpp>
 #include <gpuruntime/elmath/transpose.hpp>

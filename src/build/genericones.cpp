@@ -1,8 +1,6 @@
 #include <gpuruntime/build/genericones.hpp>
 #include <gpuruntime/launcher/elementwise.hpp>
 
-#include <cstring>
-
 #include "gpucommon/CUDATypes.hpp"
 #include "util/force_instantiate_util.hpp"
 
@@ -23,9 +21,8 @@ struct GenericOnesKernel : elementwise::WritesOwnElement {
 template <class T>
 void GenericOnes::Invoker<T>::operator()(CUstream_st* stream, unsigned long n, T* out, T value) const {
   using Storage = gpucommon::StorageOf<T>;
-  Storage bits;
-  std::memcpy(&bits, &value, sizeof bits);
-  elementwise::launchWithDeviceFunctor<GenericOnesKernel<Storage>>(stream, n, reinterpret_cast<Storage*>(out), bits);
+  elementwise::launchWithDeviceFunctor<GenericOnesKernel<Storage>>(stream, n, reinterpret_cast<Storage*>(out),
+                                                                   gpucommon::bitsOf(value));
 }
 
 GPURUNTIME_INSTANTIATE(GenericOnes, ALL_TYPES);

@@ -1,9 +1,7 @@
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/launcher/fixed2dblock.hpp>
 
-#include <cstring>
-#include <type_traits>
-
+#include "gpucommon/CUDAOps.hpp"
 #include "gpucommon/CUDATypes.hpp"
 #include "util/force_instantiate_util.hpp"
 
@@ -18,16 +16,10 @@ using platform::Thread;
 template <bool CONJ, class T>
 GPURUNTIME_DEVICE T conjugateIf(T value) {
   if constexpr (CONJ) {
-    using Real = typename gpucommon::CUDAComplexToReal<T>::type;
-    using Bits = gpucommon::StorageOf<Real>;
-    Bits bits;
-    std::memcpy(&bits, &value.y, sizeof bits);
-    // On bits: the sign of a negated NaN would be the machine's, and the lowest integer has no negative in its type.
-    bits = std::is_floating_point_v<Real> ? static_cast<Bits>(bits ^ (Bits{1} << (8 * sizeof bits - 1)))
-                                          : static_cast<Bits>(0ULL - bits);
-    std::memcpy(&value.y, &bits, sizeof bits);
+    return gpucommon::conjugated(value);
+  } else {
+    return value;
   }
-  return value;
 }
 
 // A row of a tile is one element longer than the tile, so that a column does not fall on one memory bank.

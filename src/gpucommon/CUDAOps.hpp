@@ -99,6 +99,20 @@ GPURUNTIME_HOST_DEVICE T multiplyImpl(const T& a, const T& b) {
 
 }  // namespace CUDAOpsDetail
 
+/// z with its imaginary part negated in its own class: two's complement without saturation for integers, a flipped sign
+/// bit for floating point, NaN included.
+template <class T>
+GPURUNTIME_HOST_DEVICE T conjugated(T z) {
+  using Real = typename CUDAComplexToReal<T>::type;
+  using Bits = StorageOf<Real>;
+  // On bits: the sign of a negated NaN would be the machine's, and the lowest integer has no negative in its type.
+  const Bits bits = bitsOf(z.y);
+  const Bits negated = std::is_floating_point_v<Real> ? static_cast<Bits>(bits ^ (Bits{1} << (8 * sizeof bits - 1)))
+                                                      : static_cast<Bits>(0ULL - bits);
+  std::memcpy(&z.y, &negated, sizeof negated);
+  return z;
+}
+
 /// `a + b` in the arithmetic of T.
 template <class T>
 GPURUNTIME_HOST_DEVICE T add(const T& a, const T& b) {

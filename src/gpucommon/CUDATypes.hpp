@@ -7,6 +7,7 @@
 
 #include <boost/mpl/push_back.hpp>
 #include <boost/mpl/vector.hpp>
+#include <cstring>
 #include <limits>
 #include <type_traits>
 
@@ -51,6 +52,14 @@ template <> struct StorageOfWidth<16> { using type = ulonglong2; };
 template <class T>
 using StorageOf = typename StorageOfWidth<sizeof(T)>::type;
 
+/// The bits of a value, in the storage class of its width.
+template <class T>
+GPURUNTIME_HOST_DEVICE StorageOf<T> bitsOf(const T& value) {
+  StorageOf<T> bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
 /// True of the two-component types.
 template <class T>
 struct CUDAIsComplex : gpuruntime::detail::IsMember<T, gpuruntime::ComplexTypes> {};
@@ -62,24 +71,14 @@ struct CUDAIsComplexDouble : std::is_same<T, double2> {};
 /// The type of the parts of a complex type; a real type is its own.
 template <class T>
 struct CUDAComplexToReal {
-  using type = T;
+  using type = gpuruntime::RealOf<T>;
 };
 
 /// The complex type whose parts have a numeric real type.
 template <class T>
-struct CUDARealToComplex;
-
-#define GPURUNTIME_DEFINE_REAL_AND_COMPLEX(X, A, Real, Complex) \
-  template <>                                                   \
-  struct CUDAComplexToReal<Complex> {                           \
-    using type = Real;                                          \
-  };                                                            \
-  template <>                                                   \
-  struct CUDARealToComplex<Real> {                              \
-    using type = Complex;                                       \
-  };
-GPURUNTIME_ELEMENT_ROWS(GPURUNTIME_DEFINE_REAL_AND_COMPLEX, , )
-#undef GPURUNTIME_DEFINE_REAL_AND_COMPLEX
+struct CUDARealToComplex {
+  using type = gpuruntime::ComplexOf<T>;
+};
 
 namespace CUDATypesDetail {
 
