@@ -23,7 +23,8 @@ HostArray<T> countedRuns(unsigned long n, unsigned long runLength, unsigned long
 
 TYPED_TEST(FillArrayWithRunningIndexTest, CountsRunsAndStartsAgain) {
   using T = TypeParam;
-  const unsigned long shapes[][2] = {{2, 3}, {1, 1}, {1, 7}, {5, 1}, {100, 33}, {1UL << 33, 2}};
+  // 49 times the rounded 1/49 is less than 1.
+  const unsigned long shapes[][2] = {{2, 3}, {1, 1}, {1, 7}, {5, 1}, {100, 33}, {49, 3}, {7, 7}, {1UL << 33, 2}};
   for (const auto& [runLength, numRuns] : shapes) {
     for (const unsigned long n : {0UL, 1UL, 8UL, 257UL, 600001UL}) {
       GuardedArray<T> out(n, 1);
