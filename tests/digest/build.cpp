@@ -6,16 +6,9 @@ namespace {
 // Several tasks, an odd end, and for the wider types large enough to be written past the caches.
 constexpr unsigned long count = 600011;
 
-template <class T, class Call>
-HostArray<T> run(unsigned long n, Call call) {
-  GuardedArray<T> out(n);
-  call(out.data());
-  return out.toHost();
-}
-
 template <class Family, class T>
 HostArray<T> spaced(unsigned long n, T start, T stop) {
-  return run<T>(n, [&](T* out) { typename Family::template Invoker<T>()(nullptr, n, out, start, stop); });
+  return filled<T>(n, [&](T* out) { typename Family::template Invoker<T>()(nullptr, n, out, start, stop); });
 }
 
 template <class T>
@@ -38,24 +31,24 @@ void addSpaced(Lines& lines) {
 void addBuild(Lines& lines) {
   forEachType(gpuruntime::RealNumericTypes{}, [&](auto tag) {
     using T = decltype(tag);
-    lines.exact("Colon", run<T>(count, [](T* out) {
+    lines.exact("Colon", filled<T>(count, [](T* out) {
                   typename gpuruntime::Colon::Invoker<T>()(nullptr, count, out, 0.25, 1.0 / 3, 200003.5);
                 }));
-    lines.exact("IntColon", run<T>(count, [](T* out) {
+    lines.exact("IntColon", filled<T>(count, [](T* out) {
                   typename gpuruntime::IntColon::Invoker<T>()(nullptr, count, out, -7, 0.1);
                 }));
   });
   forEachType(gpuruntime::AllTypes{}, [&](auto tag) {
     using T = decltype(tag);
     lines.exact("Eye",
-                run<T>(300 * 200, [](T* out) { typename gpuruntime::Eye::Invoker<T>()(nullptr, 200, out, 300); }));
-    lines.moved("GenericOnes", run<T>(count, [](T* out) {
+                filled<T>(300 * 200, [](T* out) { typename gpuruntime::Eye::Invoker<T>()(nullptr, 200, out, 300); }));
+    lines.moved("GenericOnes", filled<T>(count, [](T* out) {
                   typename gpuruntime::GenericOnes::Invoker<T>()(nullptr, count, out, HostArray<T>::counting(1)[0]);
                 }));
   });
   forEachType(gpuruntime::DoubleAndIntTypes{}, [&](auto tag) {
     using T = decltype(tag);
-    lines.exact("FillArrayWithRunningIndex", run<T>(count, [](T* out) {
+    lines.exact("FillArrayWithRunningIndex", filled<T>(count, [](T* out) {
                   typename gpuruntime::FillArrayWithRunningIndex::Invoker<T>()(nullptr, count, out, 17, 23);
                 }));
   });

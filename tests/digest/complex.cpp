@@ -8,25 +8,18 @@ using gpuruntime::RealOf;
 
 constexpr unsigned long count = 300007;
 
-template <class T, class Call>
-HostArray<T> run(unsigned long n, Call call) {
-  GuardedArray<T> out(n);
-  call(out.data());
-  return out.toHost();
-}
-
 template <class T>
 void addParts(Lines& lines) {
   using Complex = ComplexOf<T>;
   const GuardedArray<T> real(HostArray<T>::counting(count, 1)), imag(HostArray<T>::counting(count, 2));
   const T scalar = HostArray<T>::counting(1, 3)[0];
-  lines.moved("ComplexifyPtrPtr", run<Complex>(count, [&](Complex* out) {
+  lines.moved("ComplexifyPtrPtr", filled<Complex>(count, [&](Complex* out) {
                 typename gpuruntime::ComplexifyPtrPtr::Invoker<T>()(nullptr, out, real.data(), imag.data(), count);
               }));
-  lines.moved("ComplexifyPtrScalar", run<Complex>(count, [&](Complex* out) {
+  lines.moved("ComplexifyPtrScalar", filled<Complex>(count, [&](Complex* out) {
                 typename gpuruntime::ComplexifyPtrScalar::Invoker<T>()(nullptr, out, real.data(), scalar, count);
               }));
-  lines.moved("ComplexifyScalarPtr", run<Complex>(count, [&](Complex* out) {
+  lines.moved("ComplexifyScalarPtr", filled<Complex>(count, [&](Complex* out) {
                 typename gpuruntime::ComplexifyScalarPtr::Invoker<T>()(nullptr, out, scalar, imag.data(), count);
               }));
 }
@@ -39,10 +32,10 @@ void addSplit(Lines& lines) {
   typename gpuruntime::Decomplexify::Invoker<T>()(nullptr, real.data(), imag.data(), in.data(), count);
   lines.moved("DecomplexifyReal", real.toHost());
   lines.moved("DecomplexifyImag", imag.toHost());
-  lines.moved("Real", run<Part>(count, [&](Part* out) {
+  lines.moved("Real", filled<Part>(count, [&](Part* out) {
                 typename gpuruntime::Real::Invoker<T>()(nullptr, out, in.data(), count);
               }));
-  lines.moved("Imag", run<Part>(count, [&](Part* out) {
+  lines.moved("Imag", filled<Part>(count, [&](Part* out) {
                 typename gpuruntime::Imag::Invoker<T>()(nullptr, out, in.data(), count);
               }));
 }
@@ -52,7 +45,7 @@ void addPadded(Lines& lines) {
   const GuardedArray<T> in(HostArray<T>::counting(500 * 300));
   using Complex = ComplexOf<T>;
   const std::string name = isComplex<T> ? "ComplexCopyPadOfComplex" : "ComplexCopyPadOfReal";
-  lines.moved(name, run<Complex>(600 * 200, [&](Complex* out) {
+  lines.moved(name, filled<Complex>(600 * 200, [&](Complex* out) {
                 typename gpuruntime::ComplexCopyPad::Invoker<T>()(nullptr, out, 600, 200, in.data(), 500, 300);
               }));
 }
@@ -65,7 +58,7 @@ void addComplex(Lines& lines) {
   forEachType(gpuruntime::ComplexFloatTypes{}, [&](auto tag) {
     using T = decltype(tag);
     const GuardedArray<T> in(HostArray<T>::counting(count));
-    lines.moved("Conj", run<T>(count, [&](T* out) {
+    lines.moved("Conj", filled<T>(count, [&](T* out) {
                   typename gpuruntime::Conj::Invoker<T>()(nullptr, out, in.data(), count);
                 }));
   });

@@ -33,6 +33,14 @@ void forEachType(gpuruntime::TypeList<Types...>, Run run) {
   (run(Types{}), ...);
 }
 
+/// The n elements that `call(out)` writes.
+template <class T, class Call>
+HostArray<T> filled(unsigned long n, Call call) {
+  GuardedArray<T> out(n);
+  call(out.data());
+  return out.toHost();
+}
+
 /// The lines of one run.
 class Lines {
  public:
