@@ -13,6 +13,7 @@
 #include <gpuruntime/complex/decomplexify.hpp>
 #include <gpuruntime/complex/realimag.hpp>
 #include <gpuruntime/elementtypes.hpp>
+#include <gpuruntime/elmath/permute.hpp>
 #include <gpuruntime/elmath/rot90.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/platformtypes.hpp>

@@ -8,5 +8,6 @@
 #include "kernel.hpp"
 #include "outputwindow.hpp"
 #include "qualifiers.hpp"
+#include "run.hpp"
 #include "runtime.hpp"
 #include "tile.hpp"

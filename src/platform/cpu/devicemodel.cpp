@@ -129,14 +129,16 @@ cudaError beginLaunch(const void* kernel, Extent grid, Extent shape, CUstream_st
   return cudaSuccess;
 }
 
-cudaError copyToSymbol(void* symbol, const void* source, std::size_t bytes) {
+cudaError copyToSymbol(void* symbol, std::size_t room, const void* source, std::size_t bytes) {
   const cudaError status = DeviceModel::instance().note({Call::memcpyToSymbol});
+  if (bytes > room) return cudaErrorInvalidValue;
   if (status == cudaSuccess) std::memcpy(symbol, source, bytes);
   return status;
 }
 
-cudaError copyFromSymbol(void* destination, const void* symbol, std::size_t bytes) {
+cudaError copyFromSymbol(void* destination, const void* symbol, std::size_t room, std::size_t bytes) {
   const cudaError status = DeviceModel::instance().note({Call::memcpyFromSymbol});
+  if (bytes > room) return cudaErrorInvalidValue;
   if (status == cudaSuccess) std::memcpy(destination, symbol, bytes);
   return status;
 }

@@ -19,27 +19,34 @@ inline constexpr unsigned long lineBytes = 64;
 /// An array of at least this size is not found in a core's own caches by whoever reads it next.
 inline constexpr unsigned long streamingBytes = 4UL << 20;
 
+/// Writes multiples of 16 bytes past the caches; the destination is aligned to 16.
+inline void streamAligned(void* destination, const void* source, unsigned long bytes) {
+#if defined(__SSE2__)
+  auto* to = static_cast<__m128i*>(destination);
+  const auto* from = static_cast<const __m128i*>(source);
+  for (unsigned long i = 0; i < bytes / 16; ++i) _mm_stream_si128(to + i, _mm_loadu_si128(from + i));
+#else
+  std::memcpy(destination, source, bytes);
+#endif
+}
+
 /// Writes `bytes` bytes past the caches: a line that is written whole need not be read first, which more than doubles
 /// the rate at which a large array is filled.
 inline void streamBytes(void* destination, const void* source, unsigned long bytes) {
   auto* to = static_cast<char*>(destination);
   const auto* from = static_cast<const char*>(source);
-#if defined(__SSE2__)
   const unsigned long ahead = -reinterpret_cast<std::uintptr_t>(to) & 15;
-  if (bytes >= ahead + 16) {
-    std::memcpy(to, from, ahead);
-    to += ahead;
-    from += ahead;
-    bytes -= ahead;
-    for (; bytes >= 16; bytes -= 16, to += 16, from += 16) {
-      _mm_stream_si128(reinterpret_cast<__m128i*>(to), _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
-    }
+  if (bytes < ahead + 16) {
+    std::memcpy(to, from, bytes);
+    return;
   }
-#endif
-  std::memcpy(to, from, bytes);
+  const unsigned long aligned = (bytes - ahead) / 16 * 16;
+  std::memcpy(to, from, ahead);
+  streamAligned(to + ahead, from + ahead, aligned);
+  std::memcpy(to + ahead + aligned, from + ahead + aligned, bytes - ahead - aligned);
 }
 
-/// Makes what streamBytes wrote visible to other threads in the order that their synchronisation promises.
+/// Makes what was written past the caches visible to other threads in the order that their synchronisation promises.
 inline void finishStreaming() {
 #if defined(__SSE2__)
   _mm_sfence();

@@ -34,30 +34,32 @@ cudaError cudaStreamSynchronize(CUstream_st* stream);
 namespace detail {
 cudaError functionAttributes(cudaFuncAttributes* attributes, const void* kernel);
 cudaError beginLaunch(const void* kernel, Extent grid, Extent shape, CUstream_st* stream);
-cudaError copyToSymbol(void* symbol, const void* source, std::size_t bytes);
-cudaError copyFromSymbol(void* destination, const void* symbol, std::size_t bytes);
+// `room` is what the symbol holds behind its offset.
+cudaError copyToSymbol(void* symbol, std::size_t room, const void* source, std::size_t bytes);
+cudaError copyFromSymbol(void* destination, const void* symbol, std::size_t room, std::size_t bytes);
 }  // namespace detail
 
 template <class T>
 cudaError cudaMemcpyToSymbolAsync(T& symbol, const void* source, std::size_t bytes, std::size_t offset, cudaMemcpyKind,
                                   CUstream_st*) {
-  return detail::copyToSymbol(reinterpret_cast<char*>(&symbol) + offset, source, bytes);
+  return detail::copyToSymbol(reinterpret_cast<char*>(&symbol) + offset, sizeof(T) - offset, source, bytes);
 }
 
 template <class T>
 cudaError cudaMemcpyToSymbol(T& symbol, const void* source, std::size_t bytes) {
-  return detail::copyToSymbol(&symbol, source, bytes);
+  return detail::copyToSymbol(&symbol, sizeof(T), source, bytes);
 }
 
 template <class T>
 cudaError cudaMemcpyFromSymbolAsync(void* destination, const T& symbol, std::size_t bytes, std::size_t offset,
                                     cudaMemcpyKind, CUstream_st*) {
-  return detail::copyFromSymbol(destination, reinterpret_cast<const char*>(&symbol) + offset, bytes);
+  return detail::copyFromSymbol(destination, reinterpret_cast<const char*>(&symbol) + offset, sizeof(T) - offset,
+                                bytes);
 }
 
 template <class T>
 cudaError cudaMemcpyFromSymbol(void* destination, const T& symbol, std::size_t bytes) {
-  return detail::copyFromSymbol(destination, &symbol, bytes);
+  return detail::copyFromSymbol(destination, &symbol, sizeof(T), bytes);
 }
 
 }  // namespace gpuruntime::platform

@@ -5,6 +5,7 @@
 #include "block.hpp"
 #include "outputwindow.hpp"
 #include "qualifiers.hpp"
+#include "run.hpp"
 
 #include <cstdint>
 #include <cstring>
@@ -63,14 +64,20 @@ GPURUNTIME_INLINE void interleaveHalves(Vector (&rows)[M], std::index_sequence<I
   ((rows[2 * I] = next[2 * I], rows[2 * I + 1] = next[2 * I + 1]), ...);
 }
 
+/// Side of the largest squares of elements that are transposed in registers; of 16-byte elements four fill a line.
+template <class T>
+inline constexpr unsigned int cornerSide = sizeof(T) == 16                ? 4
+                                           : vectorBytes / sizeof(T) < 16 ? vectorBytes / sizeof(T)
+                                                                          : 16;
+
 // Everything is spelled out at compile time, so that the rows stay in registers.
-template <class T, unsigned int N, unsigned int PITCH, unsigned int ROW_PITCH, std::size_t... I>
-GPURUNTIME_INLINE void transposeCorner(const T (&tile)[N][PITCH], T (&rows)[N][ROW_PITCH], unsigned int top,
-                                       unsigned int left, std::index_sequence<I...>) {
+template <class T, std::size_t... I>
+GPURUNTIME_INLINE void transposeCorner(const T* from, unsigned long fromPitch, T* to, unsigned long toPitch,
+                                       std::index_sequence<I...>) {
   constexpr std::size_t size = sizeof...(I);
   using Vector = typename VectorOf<T, size>::type;
   Vector vectors[size];
-  (std::memcpy(&vectors[I], &tile[top + I][left], sizeof(Vector)), ...);
+  (std::memcpy(&vectors[I], from + I * fromPitch, sizeof(Vector)), ...);
   // log2(size) rounds, each of which interleaves row i with row i + size / 2, leave the transpose.
   constexpr std::make_index_sequence<size / 2> half{};
   interleaveHalves(vectors, half);
@@ -78,7 +85,20 @@ GPURUNTIME_INLINE void transposeCorner(const T (&tile)[N][PITCH], T (&rows)[N][R
   if constexpr (size >= 8) interleaveHalves(vectors, half);
   if constexpr (size >= 16) interleaveHalves(vectors, half);
   static_assert(size <= 16, "four rounds");
-  (std::memcpy(&rows[left + I][top], &vectors[I], sizeof(Vector)), ...);
+  (std::memcpy(to + I * toPitch, &vectors[I], sizeof(Vector)), ...);
+}
+
+/// Writes the transpose of SIDE by SIDE elements.
+template <unsigned int SIDE, class T>
+GPURUNTIME_INLINE void transposeCorner(const T* from, unsigned long fromPitch, T* to, unsigned long toPitch) {
+  if constexpr (sizeof(T) <= 8 && SIDE > 1) {
+    transposeCorner(from, fromPitch, to, toPitch, std::make_index_sequence<SIDE>());
+  } else {
+    for (unsigned int row = 0; row < SIDE; ++row) {
+      for (unsigned int column = 0; column < SIDE; ++column)
+        to[row * toPitch + column] = from[column * fromPitch + row];
+    }
+  }
 }
 
 }  // namespace detail
@@ -88,17 +108,10 @@ template <class T, unsigned int N, unsigned int PITCH>
 class TransposedTile {
  public:
   GPURUNTIME_INLINE explicit TransposedTile(const T (&tile)[N][PITCH]) {
-    constexpr unsigned int fitting = detail::vectorBytes / sizeof(T);
-    constexpr unsigned int corner = fitting < N ? fitting : N;
-    if constexpr (sizeof(T) <= 8 && corner > 1) {
-      for (unsigned int top = 0; top < N; top += corner) {
-        for (unsigned int left = 0; left < N; left += corner) {
-          detail::transposeCorner(tile, rows_, top, left, std::make_index_sequence<corner>());
-        }
-      }
-    } else {
-      for (unsigned int row = 0; row < N; ++row) {
-        for (unsigned int column = 0; column < N; ++column) rows_[row][column] = tile[column][row];
+    constexpr unsigned int corner = detail::cornerSide<T> < N ? detail::cornerSide<T> : N;
+    for (unsigned int top = 0; top < N; top += corner) {
+      for (unsigned int left = 0; left < N; left += corner) {
+        detail::transposeCorner<corner>(&tile[top][left], PITCH, &rows_[left][top], rowPitch);
       }
     }
   }
@@ -153,6 +166,63 @@ class OutputTile {
   long targetPitch_;
   alignas(lineBytes) T buffer_[N][N];
 };
+
+/// Writes the transpose of a tile in shared storage to `out`, whose rows are `pitch` elements apart: `out[y * pitch +
+/// x]` is `tile[x][y]` for x below `live.x` and y below `live.y`. `count` is the size of the whole output array.
+template <class Block, class T, unsigned int N, unsigned int PITCH>
+GPURUNTIME_INLINE void storeTransposed(const Block& block, const T (&tile)[N][PITCH], Live live, T* out,
+                                       unsigned long pitch, unsigned long count) {
+  if constexpr (checking::enabled) {
+    block.forEachThread([&](Thread thread) {
+      if (thread.x < live.x && thread.y < live.y) out[thread.y * pitch + thread.x] = tile[thread.x][thread.y];
+    });
+    return;
+  }
+  constexpr unsigned int corner = detail::cornerSide<T>;
+  constexpr unsigned int perLine = lineBytes / sizeof(T);
+  constexpr unsigned int chunk = perLine < corner ? corner : perLine;
+  static_assert(N % chunk == 0 && chunk % corner == 0, "whole corners, and rows of whole lines");
+  const unsigned long endX = live.x < N ? live.x : N, endY = live.y < N ? live.y : N;
+  const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(out) | (pitch * sizeof(T));
+  const bool streams = address % lineBytes == 0 && count >= streamingBytes / sizeof(T);
+
+  for (unsigned long y = 0; y < endY; y += corner) {
+    const unsigned long rows = endY - y < corner ? endY - y : corner;
+    for (unsigned long x = 0; x < endX; x += chunk) {
+      const unsigned long columns = endX - x < chunk ? endX - x : chunk;
+      T* const first = out + y * pitch + x;
+      alignas(lineBytes) T lines[corner][chunk];
+      for (unsigned int column = 0; column < chunk; column += corner) {
+        detail::transposeCorner<corner>(&tile[x + column][y], PITCH, &lines[0][column], chunk);
+      }
+      if (rows < corner || columns < chunk) {
+        for (unsigned long row = 0; row < rows; ++row)
+          detail::copyInline(first + row * pitch, lines[row], columns * sizeof(T));
+      } else if (streams) {
+        for (unsigned int row = 0; row < corner; ++row)
+          streamAligned(first + row * pitch, lines[row], sizeof lines[row]);
+      } else {
+        for (unsigned int row = 0; row < corner; ++row) std::memcpy(first + row * pitch, lines[row], sizeof lines[row]);
+      }
+    }
+  }
+}
+
+/// Asks for the tile of N by N elements at `corner`, whose rows are `pitch` elements apart, or for the part of it that
+/// `live` leaves.
+template <unsigned int N, class T>
+GPURUNTIME_INLINE void prefetchTile(const T* corner, unsigned long pitch, Live live) {
+  const unsigned long rows = live.y < N ? live.y : N, rowBytes = (live.x < N ? live.x : N) * sizeof(T);
+  for (unsigned long row = 0; row < rows; ++row) detail::prefetchBytes(corner + row * pitch, rowBytes);
+}
+
+/// Elements from row to row of an N by N tile in shared storage.
+template <unsigned int N>
+inline constexpr unsigned int tilePitch = N;
+
+/// Tiles of N by N elements along each side that a block had best move at once: rows of two cache lines.
+template <class T, unsigned int N>
+inline constexpr unsigned int joinedTiles = N * sizeof(T) < 2 * lineBytes ? 2 * lineBytes / (N * sizeof(T)) : 1;
 
 /// Asks for the tile that follows the one of N by N elements at `corner` along its rows, which are `pitch` elements
 /// apart: too far for the hardware to see the pattern.

@@ -129,14 +129,42 @@ class OutputTile {
   long pitch_;
 };
 
+template <class Block, class T, unsigned int N, unsigned int PITCH>
+__device__ void storeTransposed(const Block& block, const T (&tile)[N][PITCH], Live live, T* out, unsigned long pitch,
+                                unsigned long) {
+  block.forEachThread([&](Thread thread) {
+    if (thread.x < live.x && thread.y < live.y) out[thread.y * pitch + thread.x] = tile[thread.x][thread.y];
+  });
+}
+
+template <class Block, class T>
+__device__ void copyRun(const Block& block, T* out, const T* in, unsigned long live, unsigned long) {
+  block.forEachThread([=](Thread thread) {
+    if (thread.x < live) out[thread.x] = in[thread.x];
+  });
+}
+
+// One element longer than the tile, so that a column does not fall on one memory bank.
+template <unsigned int N>
+inline constexpr unsigned int tilePitch = N + 1;
+
 // The device hides its latencies by itself, and its blocks run in an order of its own.
 template <unsigned int N, class T>
 __device__ void prefetchNextTile(const T*, unsigned long) {}
 template <unsigned int N, class T>
 __device__ void prefetchOutputTile(const T*, long, unsigned long) {}
 
+template <unsigned int N, class T>
+__device__ void prefetchTile(const T*, unsigned long, Live) {}
+template <class T>
+__device__ void prefetchRunAhead(const T*, unsigned long, unsigned long) {}
+
 template <class T, unsigned int N>
 inline constexpr unsigned int blocksPerLine = 1;
+template <class T, unsigned int N>
+inline constexpr unsigned int joinedTiles = 1;
+template <class T>
+inline constexpr unsigned int joinedRuns = 1;
 
 template <class... Args>
 using Kernel = void (*)(Args...);
