@@ -104,6 +104,7 @@ TEST_F(PermuteCalls, wrapAroundInLargerGrids) {
   }
   // 23 blocks in two rows of 12: one too many.
   useDevice(deviceWithGrid(15, 15, 64));
+  model().startRecording();
   EXPECT_TRUE(swapEnds({23 * 64 * 256, 1}));
   EXPECT_EQ(launched(), (Shape{12, 2, 1, 256, 1, 1}));
 }

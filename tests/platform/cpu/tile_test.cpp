@@ -1,5 +1,6 @@
 #include "platform/platform.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -66,6 +67,31 @@ TYPED_TEST(Tile, isWrittenWholeOrInPart) {
       });
       tile.flush(block);
       EXPECT_TRUE(written == expected) << "corner " << left << ", " << top << " of " << count;
+    }
+  }
+}
+
+// Of an array that counts as large and of a small one, from a line boundary and behind it.
+TYPED_TEST(Tile, isStoredTransposedInPart) {
+  constexpr unsigned int side = 128;
+  constexpr unsigned long pitch = 192, guard = 64;
+  const Block<side, side> block({}, {}, {side, side, 1});
+  alignas(lineBytes) static TypeParam tile[side][tilePitch<side>];
+  for (unsigned int i = 0; i < side * side; ++i) tile[i / side][i % side] = valueAt<TypeParam>(i);
+  for (const Live live : {Live{128, 128}, Live{1000, 17}, Live{3, 200}, Live{65, 1}, Live{31, 33}}) {
+    for (const unsigned long misalignment : {0UL, 1UL}) {
+      for (const unsigned long count : {1UL, 1UL << 30}) {
+        std::vector<TypeParam> written(side * pitch + 2 * guard), expected = written;
+        const unsigned long toBoundary = -reinterpret_cast<std::uintptr_t>(written.data()) % lineBytes;
+        const unsigned long origin = toBoundary / sizeof(TypeParam) + misalignment;
+        storeTransposed(block, tile, live, written.data() + origin, pitch, count);
+        for (unsigned long y = 0; y < std::min<unsigned long>(live.y, side); ++y) {
+          for (unsigned long x = 0; x < std::min<unsigned long>(live.x, side); ++x) {
+            expected[origin + y * pitch + x] = tile[x][y];
+          }
+        }
+        EXPECT_TRUE(written == expected) << live.x << " by " << live.y << " of " << count;
+      }
     }
   }
 }
