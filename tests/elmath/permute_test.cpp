@@ -93,13 +93,13 @@ struct PermuteWidthTest : ::testing::Test {};
 TYPED_TEST_SUITE(PermuteWidthTest, Widths);
 
 TYPED_TEST(PermuteWidthTest, MovesSmallArraysInAllOrders) {
-  Permuter<TypeParam> permuter(17 * 17 * 17 * 17);
+  Permuter<TypeParam> permuter(17 * 17 * 17);
   const unsigned long extents[] = {0, 1, 2, 3, 17};
   for (unsigned long rank = 1; rank <= 4; ++rank) {
     for (unsigned long shape = 0; shape < static_cast<unsigned long>(std::pow(5, rank)); ++shape) {
       Sizes sizes;
       for (unsigned long rest = shape; sizes.size() < rank; rest /= 5) sizes.push_back(extents[rest % 5]);
-      permuter.checkAllOrders(sizes);
+      if (productOf(sizes) <= 17 * 17 * 17) permuter.checkAllOrders(sizes);
     }
   }
   for (const Sizes& sizes :

@@ -81,8 +81,9 @@ GPURUNTIME_INLINE void prefetchRunAhead(const T* run, unsigned long step, unsign
   detail::prefetchBytes(reinterpret_cast<const void*>(ahead), live * sizeof(T));
 }
 
-/// Runs of neighbouring blocks, or of the steps of a block, that are best copied at once: 8 KiB for blocks of 256.
+/// Runs of neighbouring blocks, or of the steps of a block, that are best copied at once: 8 KiB for blocks of 256. The
+/// checking mode copies runs one by one, as a GPU does.
 template <class T>
-inline constexpr unsigned int joinedRuns = 32 / sizeof(T);
+inline constexpr unsigned int joinedRuns = checking::enabled ? 1 : 32 / sizeof(T);
 
 }  // namespace gpuruntime::platform

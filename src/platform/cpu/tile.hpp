@@ -167,22 +167,16 @@ class OutputTile {
   alignas(lineBytes) T buffer_[N][N];
 };
 
-/// Writes the transpose of a tile in shared storage to `out`, whose rows are `pitch` elements apart: `out[y * pitch +
-/// x]` is `tile[x][y]` for x below `live.x` and y below `live.y`. `count` is the size of the whole output array.
-template <class Block, class T, unsigned int N, unsigned int PITCH>
-GPURUNTIME_INLINE void storeTransposed(const Block& block, const T (&tile)[N][PITCH], Live live, T* out,
-                                       unsigned long pitch, unsigned long count) {
-  if constexpr (checking::enabled) {
-    block.forEachThread([&](Thread thread) {
-      if (thread.x < live.x && thread.y < live.y) out[thread.y * pitch + thread.x] = tile[thread.x][thread.y];
-    });
-    return;
-  }
-  constexpr unsigned int corner = detail::cornerSide<T>;
+namespace detail {
+
+/// storeTransposed, by corners that are transposed in vector registers and make rows of whole lines.
+template <class T, unsigned int N, unsigned int PITCH>
+GPURUNTIME_INLINE void storeCorners(const T (&tile)[N][PITCH], unsigned long endX, unsigned long endY, T* out,
+                                    unsigned long pitch, unsigned long count) {
+  constexpr unsigned int corner = cornerSide<T>;
   constexpr unsigned int perLine = lineBytes / sizeof(T);
   constexpr unsigned int chunk = perLine < corner ? corner : perLine;
-  static_assert(N % chunk == 0 && chunk % corner == 0, "whole corners, and rows of whole lines");
-  const unsigned long endX = live.x < N ? live.x : N, endY = live.y < N ? live.y : N;
+  static_assert(N % chunk == 0, "a tile has rows of whole lines");
   const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(out) | (pitch * sizeof(T));
   const bool streams = address % lineBytes == 0 && count >= streamingBytes / sizeof(T);
 
@@ -190,21 +184,36 @@ GPURUNTIME_INLINE void storeTransposed(const Block& block, const T (&tile)[N][PI
     const unsigned long rows = endY - y < corner ? endY - y : corner;
     for (unsigned long x = 0; x < endX; x += chunk) {
       const unsigned long columns = endX - x < chunk ? endX - x : chunk;
-      T* const first = out + y * pitch + x;
+      const bool isWhole = rows == corner && columns == chunk;
+      T* const to = out + y * pitch + x;
       alignas(lineBytes) T lines[corner][chunk];
-      for (unsigned int column = 0; column < chunk; column += corner) {
-        detail::transposeCorner<corner>(&tile[x + column][y], PITCH, &lines[0][column], chunk);
+      for (unsigned int column = 0; column < (isWhole ? chunk : columns); column += corner) {
+        transposeCorner<corner>(&tile[x + column][y], PITCH, &lines[0][column], chunk);
       }
-      if (rows < corner || columns < chunk) {
-        for (unsigned long row = 0; row < rows; ++row)
-          detail::copyInline(first + row * pitch, lines[row], columns * sizeof(T));
+      if (!isWhole) {
+        for (unsigned long i = 0; i < rows; ++i) copyInline(to + i * pitch, lines[i], columns * sizeof(T));
       } else if (streams) {
-        for (unsigned int row = 0; row < corner; ++row)
-          streamAligned(first + row * pitch, lines[row], sizeof lines[row]);
+        for (unsigned int i = 0; i < corner; ++i) streamAligned(to + i * pitch, lines[i], sizeof lines[i]);
       } else {
-        for (unsigned int row = 0; row < corner; ++row) std::memcpy(first + row * pitch, lines[row], sizeof lines[row]);
+        for (unsigned int i = 0; i < corner; ++i) std::memcpy(to + i * pitch, lines[i], sizeof lines[i]);
       }
     }
+  }
+}
+
+}  // namespace detail
+
+/// Writes the transpose of a tile in shared storage to `out`, in rows `pitch` elements apart: element x of row y is
+/// `tile[x][y]`, for x below `live.x` and y below `live.y`. `count` is the size of the whole output array.
+template <class Block, class T, unsigned int N, unsigned int PITCH>
+GPURUNTIME_INLINE void storeTransposed(const Block& block, const T (&tile)[N][PITCH], Live live, T* out,
+                                       unsigned long pitch, unsigned long count) {
+  if constexpr (checking::enabled) {
+    block.forEachThread([&](Thread thread) {
+      if (thread.x < live.x && thread.y < live.y) out[thread.y * pitch + thread.x] = tile[thread.x][thread.y];
+    });
+  } else {
+    detail::storeCorners(tile, live.x < N ? live.x : N, live.y < N ? live.y : N, out, pitch, count);
   }
 }
 
@@ -220,9 +229,11 @@ GPURUNTIME_INLINE void prefetchTile(const T* corner, unsigned long pitch, Live l
 template <unsigned int N>
 inline constexpr unsigned int tilePitch = N;
 
-/// Tiles of N by N elements along each side that a block had best move at once: rows of two cache lines.
+/// Tiles of N by N elements along each side that a block had best move at once: rows of two cache lines. The checking
+/// mode moves tiles one by one, as a GPU does.
 template <class T, unsigned int N>
-inline constexpr unsigned int joinedTiles = N * sizeof(T) < 2 * lineBytes ? 2 * lineBytes / (N * sizeof(T)) : 1;
+inline constexpr unsigned int joinedTiles =
+    !checking::enabled && N * sizeof(T) < 2 * lineBytes ? 2 * lineBytes / (N * sizeof(T)) : 1;
 
 /// Asks for the tile that follows the one of N by N elements at `corner` along its rows, which are `pitch` elements
 /// apart: too far for the hardware to see the pattern.
