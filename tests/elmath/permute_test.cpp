@@ -95,7 +95,8 @@ TYPED_TEST_SUITE(PermuteWidthTest, Widths);
 TYPED_TEST(PermuteWidthTest, MovesSmallArraysInAllOrders) {
   Permuter<TypeParam> permuter(17 * 17 * 17);
   const unsigned long extents[] = {0, 1, 2, 3, 17};
-  for (unsigned long rank = 1; rank <= 4; ++rank) {
+  const unsigned long highestRank = sizeof(TypeParam) == 4 ? 4 : 3;  // The plan does not depend on the width.
+  for (unsigned long rank = 1; rank <= highestRank; ++rank) {
     for (unsigned long shape = 0; shape < static_cast<unsigned long>(std::pow(5, rank)); ++shape) {
       Sizes sizes;
       for (unsigned long rest = shape; sizes.size() < rank; rest /= 5) sizes.push_back(extents[rest % 5]);
@@ -124,16 +125,15 @@ TYPED_TEST(PermuteWidthTest, MovesArraysAroundTheBlocks) {
 
 // Large enough to be written past the caches: rows in whole lines, rows that begin anywhere, and ragged ends.
 TYPED_TEST(PermuteWidthTest, MovesLargeArrays) {
-  const unsigned long width = sizeof(TypeParam), long_ = width < 4 ? 1024 : 512;
+  const unsigned long width = sizeof(TypeParam), longest = width < 4 ? 1024 : 512;
   Permuter<TypeParam> permuter((4UL << 20) / width + 600000);
-  const unsigned long other = (4UL << 20) / width / long_ / 8 + 1;
-  for (const unsigned long offset : {0UL, 1UL}) {
-    permuter.check({long_, 8, other}, {2, 3, 1}, offset);
-    permuter.check({8, other, long_}, {2, 3, 1}, offset);
-    permuter.check({long_, 8, other}, {1, 3, 2}, offset);
-    permuter.check({long_ + 1, 8, other}, {1, 3, 2}, offset);
-    permuter.check({long_ + 1, 8, other}, {3, 2, 1}, offset);
-  }
+  const unsigned long pages = (4UL << 20) / width / longest / 8 + 1;
+  permuter.check({longest, 8, pages}, {2, 3, 1});
+  permuter.check({8, pages, longest}, {2, 3, 1}, 1);
+  permuter.check({8, longest, pages}, {3, 2, 1});
+  permuter.check({longest + 1, 8, pages}, {3, 2, 1}, 1);
+  permuter.check({longest, 8, pages}, {1, 3, 2});
+  permuter.check({longest + 1, 8, pages}, {1, 3, 2}, 1);
 }
 
 TEST(Permute, CountsSizesPastTheStoredOnesAsOne) {
