@@ -115,7 +115,7 @@ struct PermuteKernelVaryDim1 : BlockFunctor<0> {
   static constexpr unsigned int longest = joined * TILE;
 
   struct Shared {
-    T shm[longest][platform::tilePitch<longest>];
+    T shm[longest][platform::tilePitch<T, longest>];
   };
 
   static GPURUNTIME_DEVICE void apply(const Block& launched, const cuda::Fixed2DBlockIterator& it, T* output,
@@ -133,13 +133,11 @@ struct PermuteKernelVaryDim1 : BlockFunctor<0> {
     const unsigned long lengthX = permuteInputSize[0], lengthY = permuteOutputSize[0];
     const unsigned long inStride = getStride(permuteInputSize, permuteOrder[0] - 1);
     const unsigned long outStride = getFormerFirstDimStride(rank);
+    platform::prefetchTile<longest>(input + at.in, inStride, Live{lengthX - x, lengthY - y});
     for (unsigned long step = 0; step < steps && x < lengthX && y < lengthY; step += joined) {
       const Live live{lengthX - x, lengthY - y};
       const T* from = input + at.in;
-      block.forEachThread(live, [&](Thread thread) {
-        if (platform::isIdle(thread.x >= live.x || thread.y >= live.y)) return;
-        shared.shm[thread.y][thread.x] = from[thread.y * inStride + thread.x];
-      });
+      platform::loadTile(block, shared.shm, live, from, inStride);
       platform::prefetchTile<longest>(from + (alongY ? inStride * edge : edge), inStride, live);
       block.sync();
       platform::storeTransposed(block, shared.shm, Live{live.y, live.x}, output + at.out, outStride, countX * countY);

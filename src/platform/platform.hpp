@@ -25,16 +25,17 @@
 ///    once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>` is the same for
 ///    N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage by columns:
 ///    `(row, column)` is `tile[column][row]`. `prefetchNextTile<N>(corner, pitch)`,
-///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints. `copyRun(block, out, in, live,
-///    count)` copies a run of elements, one a thread. `storeTransposed(block, tile, live, out, pitch, count)` writes a
-///    tile in shared storage, whose rows are `tilePitch<N>` apart, by its columns. Neither is followed by a barrier.
-///    `prefetchRunAhead(run, step, live)` and `prefetchTile<N>(corner, pitch, live)` are hints, too. Where
-///    `joinedTiles<T, N>` and `joinedRuns<T>` are above 1, one block had best do the work of so many neighbours, and
-///    several of its own steps, at once: a tile in these calls is then so much larger along both sides, and a run so
-///    much longer than the block.
-/// 8. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
-/// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded by
-///    itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused
+///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
+/// 8. **Moves.** `copyRun(block, out, in, live, count)` copies a run of elements, one a thread. `loadTile(block, tile,
+///    live, in, pitch)` fills a tile in shared storage, whose rows are `tilePitch<T, N>` apart, and
+///    `storeTransposed(block, tile, live, out, pitch, count)` writes its columns as rows; a barrier belongs between
+///    them, as after any step. `prefetchRunAhead(run, step, live)` and `prefetchTile<N>(corner, pitch, live)` are
+///    hints. Where `joinedRuns<T>` or `joinedTiles<T, N>` is above 1, a block had best do the work of so many
+///    neighbours, and so many of its own steps, at once: then a run is so many times as long as the block, and a tile
+///    has so many times its edge.
+/// 9. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
+/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded
+///    by itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused
 ///    operation is written `std::fma`.
 ///
 /// A backend never names an operation of the library, and nothing outside this folder names a backend.

@@ -29,8 +29,10 @@ GPURUNTIME_INLINE void copyInline(void* destination, const void* source, unsigne
     copyWords<8>(to, from, bytes);
   } else if (bytes >= 4) {
     copyWords<4>(to, from, bytes);
-  } else {
-    for (unsigned long at = 0; at < bytes; ++at) to[at] = from[at];
+  } else if (bytes >= 2) {
+    copyWords<2>(to, from, bytes);
+  } else if (bytes == 1) {
+    *to = *from;
   }
 }
 

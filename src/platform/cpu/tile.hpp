@@ -203,6 +203,24 @@ GPURUNTIME_INLINE void storeCorners(const T (&tile)[N][PITCH], unsigned long end
 
 }  // namespace detail
 
+/// Fills a tile in shared storage: `tile[y][x]` is element x of row y of `in`, in rows `pitch` elements apart, for x
+/// below `live.x` and y below `live.y`.
+template <class Block, class T, unsigned int N, unsigned int PITCH>
+GPURUNTIME_INLINE void loadTile(const Block& block, T (&tile)[N][PITCH], Live live, const T* in, unsigned long pitch) {
+  if constexpr (checking::enabled) {
+    block.forEachThread([&](Thread thread) {
+      if (thread.x < live.x && thread.y < live.y) tile[thread.y][thread.x] = in[thread.y * pitch + thread.x];
+    });
+  } else {
+    const unsigned long rows = live.y < N ? live.y : N;
+    if (live.x >= N) {
+      for (unsigned long y = 0; y < rows; ++y) std::memcpy(tile[y], in + y * pitch, N * sizeof(T));
+    } else {
+      for (unsigned long y = 0; y < rows; ++y) detail::copyInline(tile[y], in + y * pitch, live.x * sizeof(T));
+    }
+  }
+}
+
 /// Writes the transpose of a tile in shared storage to `out`, in rows `pitch` elements apart: element x of row y is
 /// `tile[x][y]`, for x below `live.x` and y below `live.y`. `count` is the size of the whole output array.
 template <class Block, class T, unsigned int N, unsigned int PITCH>
@@ -222,18 +240,20 @@ GPURUNTIME_INLINE void storeTransposed(const Block& block, const T (&tile)[N][PI
 template <unsigned int N, class T>
 GPURUNTIME_INLINE void prefetchTile(const T* corner, unsigned long pitch, Live live) {
   const unsigned long rows = live.y < N ? live.y : N, rowBytes = (live.x < N ? live.x : N) * sizeof(T);
+  if (pitch * sizeof(T) <= lineBytes) return detail::prefetchBytes(corner, rows * pitch * sizeof(T));
   for (unsigned long row = 0; row < rows; ++row) detail::prefetchBytes(corner + row * pitch, rowBytes);
 }
 
-/// Elements from row to row of an N by N tile in shared storage.
-template <unsigned int N>
-inline constexpr unsigned int tilePitch = N;
+/// Elements from row to row of an N by N tile in shared storage: one cache line more than the tile has, so that the
+/// lines of a column do not fall on one another in the first level.
+template <class T, unsigned int N>
+inline constexpr unsigned int tilePitch = N + lineBytes / sizeof(T);
 
-/// Tiles of N by N elements along each side that a block had best move at once: rows of two cache lines. The checking
+/// Tiles of N by N elements along each side that a block had best move at once: rows of four cache lines. The checking
 /// mode moves tiles one by one, as a GPU does.
 template <class T, unsigned int N>
 inline constexpr unsigned int joinedTiles =
-    !checking::enabled && N * sizeof(T) < 2 * lineBytes ? 2 * lineBytes / (N * sizeof(T)) : 1;
+    !checking::enabled && N * sizeof(T) < 4 * lineBytes ? 4 * lineBytes / (N * sizeof(T)) : 1;
 
 /// Asks for the tile that follows the one of N by N elements at `corner` along its rows, which are `pitch` elements
 /// apart: too far for the hardware to see the pattern.

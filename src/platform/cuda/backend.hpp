@@ -130,6 +130,13 @@ class OutputTile {
 };
 
 template <class Block, class T, unsigned int N, unsigned int PITCH>
+__device__ void loadTile(const Block& block, T (&tile)[N][PITCH], Live live, const T* in, unsigned long pitch) {
+  block.forEachThread([&](Thread thread) {
+    if (thread.x < live.x && thread.y < live.y) tile[thread.y][thread.x] = in[thread.y * pitch + thread.x];
+  });
+}
+
+template <class Block, class T, unsigned int N, unsigned int PITCH>
 __device__ void storeTransposed(const Block& block, const T (&tile)[N][PITCH], Live live, T* out, unsigned long pitch,
                                 unsigned long) {
   block.forEachThread([&](Thread thread) {
@@ -145,7 +152,7 @@ __device__ void copyRun(const Block& block, T* out, const T* in, unsigned long l
 }
 
 // One element longer than the tile, so that a column does not fall on one memory bank.
-template <unsigned int N>
+template <class T, unsigned int N>
 inline constexpr unsigned int tilePitch = N + 1;
 
 // The device hides its latencies by itself, and its blocks run in an order of its own.

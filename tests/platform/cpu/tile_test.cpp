@@ -76,7 +76,7 @@ TYPED_TEST(Tile, isStoredTransposedInPart) {
   constexpr unsigned int side = 128;
   constexpr unsigned long pitch = 192, guard = 64;
   const Block<side, side> block({}, {}, {side, side, 1});
-  alignas(lineBytes) static TypeParam tile[side][tilePitch<side>];
+  alignas(lineBytes) static TypeParam tile[side][tilePitch<TypeParam, side>];
   for (unsigned int i = 0; i < side * side; ++i) tile[i / side][i % side] = valueAt<TypeParam>(i);
   for (const Live live : {Live{128, 128}, Live{1000, 17}, Live{3, 200}, Live{65, 1}, Live{31, 33}}) {
     for (const unsigned long misalignment : {0UL, 1UL}) {
