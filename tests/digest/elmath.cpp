@@ -21,6 +21,13 @@ void addType(Lines& lines) {
   lines.moved("CTranspose", turned<T>([](T* out, const T* in) {
                 typename gpuruntime::CTranspose::Invoker<T>()(nullptr, out, in, rows, columns * pages);
               }));
+  for (const unsigned long last : {1UL, 2UL}) {  // Orders (3 2 1) and (1 3 2): tiles and runs.
+    const unsigned long from[] = {rows, columns, pages}, order[] = {last == 1 ? 3UL : 1UL, last == 1 ? 2UL : 3UL, last};
+    const unsigned long to[] = {from[order[0] - 1], from[order[1] - 1], from[order[2] - 1]};
+    lines.moved(last == 1 ? "Permute321" : "Permute132", turned<T>([&](T* out, const T* in) {
+                  typename gpuruntime::Permute::Invoker<T>()(nullptr, out, 3, to, in, 3, from, 3, order);
+                }));
+  }
   for (const bool clockwise : {true, false}) {
     lines.moved(clockwise ? "Rot90Clockwise" : "Rot90CounterClockwise", turned<T>([=](T* out, const T* in) {
                   typename gpuruntime::Rot90::Invoker<T>()(nullptr, out, in, rows, columns, pages, clockwise);

@@ -145,14 +145,14 @@ TEST(Permute, CountsSizesPastTheStoredOnesAsOne) {
   permuter.check({1}, {2, 1});
 }
 
-TEST(Permute, SwapsTheDimensionsAsWritten) {
-  // [1 2 3; 4 5 6], column by column.
-  HostArray<int> in(6);
-  const int elements[] = {1, 4, 2, 5, 3, 6}, expected[] = {1, 2, 3, 4, 5, 6};
-  std::copy(std::begin(elements), std::end(elements), in.data());
+TEST(Permute, TurnsTheSmallestStackAsWritten) {
+  // Pages [1 3 5; 2 4 6] and [7 9 11; 8 10 12], to pages [1 2; 7 8], [3 4; 9 10] and [5 6; 11 12].
+  const int expected[] = {1, 7, 2, 8, 3, 9, 4, 10, 5, 11, 6, 12};
+  HostArray<int> in(12);
+  std::iota(in.data(), in.data() + 12, 1);
   const GuardedArray<int> input(in);
-  GuardedArray<int> output(6);
-  permute(output.data(), input.data(), {2, 3}, {2, 1});
+  GuardedArray<int> output(12);
+  permute(output.data(), input.data(), {2, 3, 2}, {3, 1, 2});
   expectElements(output.toHost(), [&](unsigned long i) { return expected[i]; });
 }
 
