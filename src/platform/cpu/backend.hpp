@@ -7,6 +7,8 @@
 #include "block.hpp"
 #include "kernel.hpp"
 #include "outputwindow.hpp"
+#include "pack.hpp"
 #include "qualifiers.hpp"
 #include "runtime.hpp"
 #include "tile.hpp"
+#include "transcendental.hpp"
