@@ -219,8 +219,8 @@ class MRG32K3AGenerator {
   }
 
   // Words are held in 64 bits, as their products are.
-  GPURUNTIME_HOST_DEVICE void setWord(int i, unsigned long word) { (i < 3 ? first_[i] : second_[i - 3]) = word; }
-  GPURUNTIME_HOST_DEVICE unsigned long word(int i) const { return i < 3 ? first_[i] : second_[i - 3]; }
+  GPURUNTIME_HOST_DEVICE void setWord(int i, unsigned long word) { words_[i] = word; }
+  GPURUNTIME_HOST_DEVICE unsigned long word(int i) const { return words_[i]; }
 
   /// The next uniform sample, 0 <= u < 1, of two raw steps: the second gives what lies below the first by 2^-24.
   GPURUNTIME_HOST_DEVICE double sample() {
@@ -241,21 +241,20 @@ class MRG32K3AGenerator {
     constexpr unsigned long m1 = MRG32K3A::first, m2 = MRG32K3A::second;
     // Multiples of the moduli keep the differences from going below 0. What is folded stays below 2^54, so that one
     // fold does for the modulus that is closer to 2^32.
-    const unsigned long sum1 = product(1403580, first_[1]) + (810729 * m1 - product(810728, first_[0]));
-    const unsigned long sum2 = product(527612, second_[2]) + (1370590 * m2 - product(1370589, second_[0]));
+    const unsigned long sum1 = product(1403580, words_[1]) + (810729 * m1 - product(810728, words_[0]));
+    const unsigned long sum2 = product(527612, words_[5]) + (1370590 * m2 - product(1370589, words_[3]));
     const unsigned long p1 = reducedOnce<m1>(foldedOnce<m1>(sum1));
     const unsigned long p2 = reducedOnce<m2>(foldedOnce<m2>(foldedOnce<m2>(sum2)));
-    first_[0] = first_[1];
-    first_[1] = first_[2];
-    first_[2] = p1;
-    second_[0] = second_[1];
-    second_[1] = second_[2];
-    second_[2] = p2;
+    words_[0] = words_[1];
+    words_[1] = words_[2];
+    words_[2] = p1;
+    words_[3] = words_[4];
+    words_[4] = words_[5];
+    words_[5] = p2;
     return p1 < p2 ? p1 - p2 + m1 : p1 - p2;
   }
 
-  unsigned long first_[3];
-  unsigned long second_[3];
+  unsigned long words_[6];
 };
 
 }  // namespace gpucommon::rand

@@ -25,7 +25,7 @@ struct r123array4xWords {
 inline constexpr unsigned int PHILOX_M4xWords_0 = PHILOX_M4x32_0, PHILOX_M4xWords_1 = PHILOX_M4x32_1;
 inline constexpr unsigned int PHILOX_WWords_0 = PHILOX_W32_0, PHILOX_WWords_1 = PHILOX_W32_1;
 inline constexpr unsigned int PHILOX4xWords_DEFAULT_ROUNDS = PHILOX4x32_DEFAULT_ROUNDS;
-GPURUNTIME_DEVICE PackWords mulhiloWords(unsigned int factor, PackWords words, PackWords* upper) {
+GPURUNTIME_HOST_DEVICE PackWords mulhiloWords(unsigned int factor, PackWords words, PackWords* upper) {
   return gpuruntime::platform::mulhilo(words, factor, upper);
 }
 _philox4xWbumpkey_tpl(Words);

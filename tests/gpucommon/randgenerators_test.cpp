@@ -143,6 +143,27 @@ TEST(RandGenerators, Mrg32k3aStepsByPlainRemainders) {
   }
 }
 
+TEST(RandGenerators, Mrg32k3aStaysBelowOne) {
+  // A state whose next raw result is the largest, m1 - 1: 1403580 * s1[1] is -1 modulo m1, and the second component
+  // gives 0.
+  std::uint64_t inverse = 1, base = 1403580;
+  for (std::uint64_t exponent = m1 - 2; exponent > 0; exponent >>= 1, base = base * base % m1) {
+    if (exponent & 1) inverse = inverse * base % m1;
+  }
+  Words state{0, static_cast<unsigned int>(m1 - inverse), 99, 0, 7, 0}, stepped = state;
+  ASSERT_EQ(mrgRawStep(stepped), static_cast<long>(m1 - 1));
+  ASSERT_GT(mrgRawStep(stepped), 1 << 26) << "the second result would not lift the sum above 1";
+  rand::MRG32K3AGenerator generator;
+  generator.setState(state.data());
+  const double u = generator.sample();
+  EXPECT_EQ(u, samplesOf<rand::MRG32K3AGenerator>(state, 1)[0].uniform());
+  EXPECT_LT(u, 1e-7);
+  // Both components give 0, and so does their difference.
+  state = {0, 0, 99, 0, 7, 0};
+  generator.setState(state.data());
+  EXPECT_EQ(generator.sample(), samplesOf<rand::MRG32K3AGenerator>(state, 1)[0].uniform());
+}
+
 template <mrg::MRG32K3A_StateIdx M>
 void expectTable(const mrg::detail::Table& table, unsigned int logStep) {
   for (unsigned int k = 0; k < 71; ++k) {

@@ -12,7 +12,7 @@
 ///
 ///     Philox4x32Generator    fma(u53, c, c), u53 = (out[0] << 21) ^ out[1], then (out[2] << 21) ^ out[3]
 ///     ThreeFry4x64Generator  fma(u53, c, c), u53 = out[i] >> 11, i = 0 to 3
-///     MRG32K3AGenerator      z1 / (m1 + 1) + (z2 / (m1 + 1)) / 2^24 of two raw results, less 1 if that comes to 1;
+///     MRG32K3AGenerator      z1 / (m1 + 1) + (z2 / (m1 + 1)) / 2^24 of two raw results, less 1 if that is 1 or more;
 ///                            the quotients are products with 0x1.000000d00000bp-32
 ///
 /// So u of the first two lies in [c, 1 - 2^-53], that of the third in [0, 1).

@@ -67,13 +67,13 @@ struct Pack {
 using LongWords = unsigned long;
 using Words = unsigned int;
 
-__device__ inline Words narrowed(LongWords word) {
+__host__ __device__ inline Words narrowed(LongWords word) {
   return static_cast<Words>(word);
 }
-__device__ inline LongWords widened(Words word) {
+__host__ __device__ inline LongWords widened(Words word) {
   return word;
 }
-__device__ inline Words mulhilo(Words a, unsigned int b, Words* upper) {
+__host__ __device__ inline Words mulhilo(Words a, unsigned int b, Words* upper) {
   const LongWords product = static_cast<LongWords>(a) * b;
   *upper = static_cast<Words>(product >> 32);
   return static_cast<Words>(product);
