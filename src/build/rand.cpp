@@ -136,7 +136,7 @@ GPURUNTIME_DEVICE void randConsecutiveSamples(const platform::Block<blockSize>& 
   const unsigned long needed = ceiledIntegerDivision(n - first, samplesPerThread);
   const Live live{needed < blockSize ? needed : blockSize};
 
-  PerThread<unsigned long, blockSize> state[stateWords];
+  PerThread<double, blockSize> state[stateWords];
   block.forEachThread(live, [&](Thread thread) {
     if (platform::isIdle(thread.x >= live.x)) return;
     unsigned int words[stateWords];

@@ -6,6 +6,8 @@
 
 #include <gpuruntime/randgenerators.hpp>
 
+#include <cmath>
+
 #include "platform/platform.hpp"
 
 namespace gpucommon::rand {
@@ -215,46 +217,45 @@ class MRG32K3AGenerator {
   static constexpr unsigned int stateWords = 6;
 
   GPURUNTIME_HOST_DEVICE void setState(const unsigned int* state) {
-    for (int i = 0; i < 6; ++i) setWord(i, state[i]);
+    for (int i = 0; i < 6; ++i) words_[i] = state[i];
   }
 
-  // Words are held in 64 bits, as their products are.
-  GPURUNTIME_HOST_DEVICE void setWord(int i, unsigned long word) { words_[i] = word; }
-  GPURUNTIME_HOST_DEVICE unsigned long word(int i) const { return words_[i]; }
+  // Words are held as doubles: in vectors of doubles a step takes the fewest instructions.
+  GPURUNTIME_HOST_DEVICE void setWord(int i, double word) { words_[i] = word; }
+  GPURUNTIME_HOST_DEVICE double word(int i) const { return words_[i]; }
 
   /// The next uniform sample, 0 <= u < 1, of two raw steps: the second gives what lies below the first by 2^-24.
   GPURUNTIME_HOST_DEVICE double sample() {
     constexpr double norm = 0x1.000000d00000bp-32;
-    const double coarse = gpuruntime::platform::exactDouble(rawStep()) * norm;
-    const double fine = (gpuruntime::platform::exactDouble(rawStep()) * norm) * 0x1p-24;
+    const double coarse = rawStep() * norm, fine = rawStep() * (norm * 0x1p-24);
     const double u = gpuruntime::platform::__dadd_rn(coarse, fine);
     return u >= 1 ? u - 1 : u;
   }
 
  private:
-  // Products are of words below 2^32, so that a product is one instruction: said by a cast.
-  static GPURUNTIME_HOST_DEVICE unsigned long product(unsigned int factor, unsigned long word) {
-    return static_cast<unsigned long>(factor) * static_cast<unsigned int>(word);
+  /// a * x - b * y mod M. Products, differences and the multiple of M are integers below 2^53 and so exact. The
+  /// quotient may be off where it lies halfway between two integers: the rest is then still between -M and M.
+  template <unsigned int M>
+  static GPURUNTIME_HOST_DEVICE double combined(double a, double x, double b, double y) {
+    const double sum = gpuruntime::platform::exactMinusProduct(a * x, b, y);
+    const double rest = gpuruntime::platform::exactMinusProduct(sum, std::rint(sum * (1.0 / M)), M);
+    return rest < 0 ? rest + M : rest;
   }
 
-  GPURUNTIME_HOST_DEVICE unsigned long rawStep() {
-    constexpr unsigned long m1 = MRG32K3A::first, m2 = MRG32K3A::second;
-    // Multiples of the moduli keep the differences from going below 0. What is folded stays below 2^54, so that one
-    // fold does for the modulus that is closer to 2^32.
-    const unsigned long sum1 = product(1403580, words_[1]) + (810729 * m1 - product(810728, words_[0]));
-    const unsigned long sum2 = product(527612, words_[5]) + (1370590 * m2 - product(1370589, words_[3]));
-    const unsigned long p1 = reducedOnce<m1>(foldedOnce<m1>(sum1));
-    const unsigned long p2 = reducedOnce<m2>(foldedOnce<m2>(foldedOnce<m2>(sum2)));
+  GPURUNTIME_HOST_DEVICE double rawStep() {
+    const double p1 = combined<MRG32K3A::first>(1403580, words_[1], 810728, words_[0]);
+    const double p2 = combined<MRG32K3A::second>(527612, words_[5], 1370589, words_[3]);
     words_[0] = words_[1];
     words_[1] = words_[2];
     words_[2] = p1;
     words_[3] = words_[4];
     words_[4] = words_[5];
     words_[5] = p2;
-    return p1 < p2 ? p1 - p2 + m1 : p1 - p2;
+    const double z = p1 - p2;
+    return z < 0 ? z + MRG32K3A::first : z;
   }
 
-  unsigned long words_[6];
+  double words_[6];
 };
 
 }  // namespace gpucommon::rand

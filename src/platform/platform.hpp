@@ -35,12 +35,12 @@
 ///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,
 ///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
 /// 8. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
-/// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `exactDouble(x)` of an integer up to 2^53. Made for
-///    loops over threads, `logOfNormal(x)` of a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to
-///    6.3, both within 2 units in the last place, and `erfcinv(x)` for x from 0 to 2, within 6;
-///    `erfcinvOfEach(block, live, values)` is that for all threads. Everything else is plain operators, each rounded by
-///    itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused
-///    operation is written `std::fma`.
+/// 9. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `exactDouble(x)` of an integer up to 2^53, and
+///    `exactMinusProduct(x, a, b)`, where x - a * b takes no rounding. Made for loops over threads, `logOfNormal(x)` of
+///    a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to 6.3, both within 2 units in the last
+///    place, and `erfcinv(x)` for x from 0 to 2, within 6; `erfcinvOfEach(block, live, values)` is that for all
+///    threads. Everything else is plain operators, each rounded by itself, and `<cmath>` under `std::`, which both
+///    backends take in kernels. Nothing is contracted: a fused operation is written `std::fma`.
 ///
 /// A backend never names an operation of the library, and nothing outside this folder names a backend.
 #pragma once

@@ -39,6 +39,16 @@ inline double exactDouble(std::uint64_t x) {
 #endif
 }
 
+/// `x - a * b` of numbers for which product and difference are exact, so that it makes no difference whether it is
+/// fused.
+inline double exactMinusProduct(double x, double a, double b) {
+#if defined(__FMA__) || !defined(__SSE2__)
+  return std::fma(-a, b, x);
+#else
+  return x - a * b;
+#endif
+}
+
 /// The natural logarithm of a positive normal number, within 1 unit in the last place.
 ///
 /// With x = 2^k * (1 + f), sqrt(1/2) <= 1 + f < sqrt(2), and s = f / (2 + f), log(1 + f) is a polynomial in s of which

@@ -46,6 +46,9 @@ __host__ __device__ inline void sincos(float x, float* sine, float* cosine) {
 __host__ __device__ inline double exactDouble(unsigned long x) {
   return static_cast<double>(x);
 }
+__host__ __device__ inline double exactMinusProduct(double x, double a, double b) {
+  return ::fma(-a, b, x);
+}
 __host__ __device__ inline double logOfNormal(double x) {
   return ::log(x);
 }
