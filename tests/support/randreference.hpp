@@ -157,7 +157,7 @@ Words stateAt(unsigned int position, unsigned int seed = 1) {
     word = word * 6364136223846793005 + 1442695040888963407;
     entry = static_cast<unsigned int>(word >> 33);
   }
-  if (blockSamples < G >> 1) state.back() = position | 0xABCDEF00;  // Only the lowest bits are read.
+  if (blockSamples<G> != 1) state.back() = position | 0xABCDEF00;  // Only the lowest bits are read.
   return state;
 }
 
