@@ -125,7 +125,13 @@ def classes(text):
     return found, rest + text[position:]
 
 
-def invoker_names(family, parameters, body, lists):
+def generator_lists():
+    """The lists of generators by name, each with its members in order."""
+    text = strip_comments((HEADERS / "randgenerators.hpp").read_text())
+    return {name: split_parameters(members) for name, members in re.findall(r"using (\w+) =\s*TypeList<([^<>]*)>;", text)}
+
+
+def invoker_names(family, spelled, parameters, body, lists):
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
     if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):
@@ -136,20 +142,36 @@ def invoker_names(family, parameters, body, lists):
         types = dict(zip(parameters, combination))
         for name, arguments, const in functions(body):
             yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
-                family, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)
+                spelled, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)
+
+
+def families_spelled(family, parameters, body):
+    """The names of a family: its own, or one for each generator where it is a template over them."""
+    if not parameters:
+        return [family]
+    takes = re.findall(r"GPURUNTIME_GENERATOR_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
+    # A template over anything else would be walked here.
+    if len(takes) != 1 or takes[0][:2] != (family, parameters[0]) or len(parameters) != 1:
+        raise ValueError("%s: exportlist.py knows class templates over one generator alone" % family)
+    return ["%s<%s>" % (family, generator) for generator in generator_lists()[takes[0][2]]]
 
 
 def family_names(header, lists):
-    for parameters, family, body in classes(strip_comments(header.read_text()))[0]:
-        # A family that is a class template itself, over generators for instance, would be walked over them here.
-        if parameters:
-            raise ValueError("%s: %s: class templates are not known to exportlist.py yet" % (header.name, family))
+    found, top = classes(strip_comments(header.read_text()))
+    for parameters, family, body in found:
         inner, rest = classes(body)
-        for name, arguments, const in functions(rest):
-            yield "gpuruntime::%s::%s(%s)%s" % (family, name, ", ".join(spell(a, {}) for a in arguments), const)
-        for invoker_parameters, name, invoker_body in inner:
-            if name == "Invoker":
-                yield from invoker_names(family, invoker_parameters, invoker_body, lists)
+        for spelled in families_spelled(family, parameters, body):
+            for name, arguments, const in functions(rest):
+                yield "gpuruntime::%s::%s(%s)%s" % (spelled, name, ", ".join(spell(a, {}) for a in arguments), const)
+            for invoker_parameters, name, invoker_body in inner:
+                if name == "Invoker":
+                    yield from invoker_names(family, spelled, invoker_parameters, invoker_body, lists)
+    # Function templates over the generators.
+    for returned, name, arguments in re.findall(
+            r"template\s*<class G>\s*GPURUNTIME_API\s+(\w+)\s+(\w+)\(([^()]*)\);", top):
+        for generator in generator_lists()["AllGenerators"]:
+            yield "%s gpuruntime::%s::%s<%s>(%s)" % (
+                returned, header.stem, name, generator, ", ".join(spell(a, {}) for a in split_parameters(arguments)))
 
 
 def generated():

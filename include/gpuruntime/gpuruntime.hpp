@@ -7,6 +7,7 @@
 #include <gpuruntime/build/fillarraywithrunningindex.hpp>
 #include <gpuruntime/build/genericones.hpp>
 #include <gpuruntime/build/linlogspace.hpp>
+#include <gpuruntime/build/rand.hpp>
 #include <gpuruntime/complex/complexcopypad.hpp>
 #include <gpuruntime/complex/complexify.hpp>
 #include <gpuruntime/complex/conj.hpp>
@@ -17,5 +18,6 @@
 #include <gpuruntime/elmath/rot90.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/platformtypes.hpp>
+#include <gpuruntime/randgenerators.hpp>
 #include <gpuruntime/util/device.hpp>
 #include <gpuruntime/util/messageerror.hpp>

@@ -6,6 +6,7 @@ if(GPURUNTIME_BACKEND STREQUAL "cuda")
   set(platformLibraries CUDA::cudart)
   set_source_files_properties(${units} PROPERTIES LANGUAGE CUDA)
 else()
-  set(platformUnits ${platformFolder}/checking.cpp ${platformFolder}/devicemodel.cpp ${platformFolder}/executor.cpp)
+  set(platformUnits ${platformFolder}/checking.cpp ${platformFolder}/devicemodel.cpp ${platformFolder}/executor.cpp
+    ${platformFolder}/transcendental.cpp)
   set(platformLibraries TBB::tbb)
 endif()

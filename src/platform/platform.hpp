@@ -4,8 +4,10 @@
 ///
 /// 1. **Qualifiers.** GPURUNTIME_DEVICE and GPURUNTIME_HOST_DEVICE stand before functions that kernels call.
 ///    `GPURUNTIME_DEVICE_SYMBOL(T, name)` and `GPURUNTIME_CONSTANT_SYMBOL(T, name)` define a variable that kernels see,
-///    one copy per source unit, zero at load. `GPURUNTIME_SHARED(T, name)` defines a block's shared storage inside a
-///    block functor: raw, never initialised.
+///    one copy per source unit, zero at load. `GPURUNTIME_CONSTANT_TABLE(T, name, value)` defines one with a value
+///    known at compile time, which `GPURUNTIME_TABLE(name)` reads, on the host too. `GPURUNTIME_SHARED(T, name)`
+///    defines a block's shared storage inside a block functor: raw, never initialised. GPURUNTIME_INLINE stands before
+///    functions, for kernels and the host, whose calls must leave no trace.
 /// 2. **Runtime calls** under their platform names, in `gpuruntime::platform`: `cudaGetDevice`,
 ///    `cudaGetDeviceProperties`, `cudaGetErrorString`, `cudaFuncGetAttributes`, `cudaMemcpyAsync`,
 ///    `cudaMemcpyToSymbolAsync`, `cudaMemcpyFromSymbolAsync`, `cudaMemcpyToSymbol`, `cudaMemcpyFromSymbol`,
@@ -20,11 +22,17 @@
 ///    block, as `ThreadIndex`. A `return` in a step ends that thread's step alone. `block.forEachThread(live, step)`
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
 ///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
-/// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`.
-/// 7. **Outputs and tiles.** `OutputWindow<T>` is how a block writes elements `[first, first + live)` of an array, each
-///    once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>` is the same for
-///    N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage by columns:
-///    `(row, column)` is `tile[column][row]`. `prefetchNextTile<N>(corner, pitch)`,
+///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
+///    takes packs of threads: `block.forEachPack(live, step)` runs `step(Pack)`, in which `LongWords` and `Words` hold
+///    a 64-bit and a 32-bit word for each thread, `pack.threads()` the threads' indices, `widened` and `narrowed`
+///    convert, and `mulhilo` multiplies; `+ - ^ & | ~ << >>` work on all words at once.
+/// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`;
+///    `set(pack, words)` sets those of a pack.
+/// 7. **Outputs and tiles.** `OutputWindow<T, N, PER_THREAD>` is how a block writes elements `[first, first + live)` of
+///    an array, each once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>`
+///    is the same for N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage
+///    by columns: `(row, column)` is `tile[column][row]`. `storeRuns(block, live, values, out, pitch, count)` has each
+///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,
 ///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
 /// 8. **Moves.** `copyRun(block, out, in, live, count)` copies a run of elements, one a thread. `loadTile(block, tile,
 ///    live, in, pitch)` fills a tile in shared storage, whose rows are `tilePitch<T, N>` apart, and
@@ -34,9 +42,12 @@
 ///    neighbours, and so many of its own steps, at once: then a run is so many times as long as the block, and a tile
 ///    has so many times its edge.
 /// 9. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
-/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. Everything else is plain operators, each rounded
-///    by itself, and `<cmath>` under `std::`, which both backends take in kernels. Nothing is contracted: a fused
-///    operation is written `std::fma`.
+/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `exactDouble(x)` of an integer up to 2^53, and
+///    `exactMinusProduct(x, a, b)`, where x - a * b takes no rounding. Made for loops over threads, `logOfNormal(x)` of
+///    a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to 6.3, both within 2 units in the last
+///    place, and `erfcinv(x)` for x from 0 to 2, within 6; `erfcinvOfEach(block, live, values)` is that for all
+///    threads. Everything else is plain operators, each rounded by itself, and `<cmath>` under `std::`, which both
+///    backends take in kernels. Nothing is contracted: a fused operation is written `std::fma`.
 ///
 /// A backend never names an operation of the library, and nothing outside this folder names a backend.
 #pragma once

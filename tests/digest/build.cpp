@@ -26,6 +26,30 @@ void addSpaced(Lines& lines) {
   }
 }
 
+// A stream that begins within a generator block, with arbitrary words.
+template <class Family, class T, class... Bounds>
+HostArray<T> drawn(unsigned long n, Bounds... bounds) {
+  unsigned int state[17];
+  for (unsigned int i = 0; i < 17; ++i) state[i] = 2654435769U * (i + 1) >> 1;
+  return filled<T>(n, [&](T* out) { typename Family::template Invoker<T>()(nullptr, out, state, bounds..., n); });
+}
+
+template <class G>
+void addRandom(Lines& lines, const std::string& generator) {
+  forEachType(gpuruntime::RealNumericTypes{}, [&](auto tag) {
+    using T = decltype(tag);
+    lines.exact("RandI" + generator, drawn<gpuruntime::RandI<G>, T>(count, -50.0, 300.5));
+  });
+  forEachType(gpuruntime::RealFloatTypes{}, [&](auto tag) {
+    using T = decltype(tag);
+    lines.exact("Rand" + generator, drawn<gpuruntime::Rand<G>, T>(count));
+    lines.close("RandNInversion" + generator, 16, drawn<gpuruntime::RandNInversion<G>, T>(1001));
+    if constexpr (gpuruntime::detail::IsMember<G, gpuruntime::CounterBasedGenerators>::value) {
+      lines.close("RandNBoxMuller" + generator, 8, drawn<gpuruntime::RandNBoxMuller<G>, T>(1001));
+    }
+  });
+}
+
 }  // namespace
 
 void addBuild(Lines& lines) {
@@ -53,6 +77,9 @@ void addBuild(Lines& lines) {
                 }));
   });
   forEachType(gpuruntime::FloatTypes{}, [&](auto tag) { addSpaced<decltype(tag)>(lines); });
+  addRandom<gpucommon::rand::Philox4x32Generator>(lines, "Philox");
+  addRandom<gpucommon::rand::ThreeFry4x64Generator>(lines, "ThreeFry");
+  addRandom<gpucommon::rand::MRG32K3AGenerator>(lines, "MRG");
 }
 
 }  // namespace digest

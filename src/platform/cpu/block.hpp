@@ -6,6 +6,8 @@
 #include "checking.hpp"
 #include "qualifiers.hpp"
 
+#include <cstring>
+
 namespace gpuruntime::platform {
 
 // 64 bits: a 32-bit unsigned index may wrap, so the compiler could not see that neighbours touch neighbouring
@@ -24,10 +26,29 @@ struct Thread {
   ThreadIndex lane;
 };
 
+/// A 64-bit word of each thread of a pack; see pack.hpp.
+typedef unsigned long LongWords __attribute__((vector_size(detail::vectorBytes)));
+
+/// Neighbouring threads, one for each 64-bit lane of a machine vector.
+struct Pack {
+  static constexpr unsigned int size = detail::vectorBytes / 8;
+
+  ThreadIndex first;
+
+  /// The threads' indices.
+  GPURUNTIME_INLINE LongWords threads() const {
+    LongWords words = {};
+    for (unsigned int lane = 0; lane < size; ++lane) words[lane] = first + lane;
+    return words;
+  }
+};
+
 /// One block of a launch. X and Y are its shape where the compiler is to know it; X = 0 leaves it to run time.
 template <unsigned int X = 0, unsigned int Y = 1>
 class Block {
  public:
+  static constexpr unsigned int size = X * Y;  ///< Threads, where the shape is known.
+
   Block(Extent index, Extent grid, Extent shape) : index_(index), grid_(grid), shape_(shape) {}
 
   Extent index() const { return index_; }
@@ -65,6 +86,19 @@ class Block {
     }
   }
 
+  /// Runs `step(Pack)` for packs of threads of a one-dimensional block of whole packs.
+  template <class Step>
+  GPURUNTIME_INLINE void forEachPack(Live live, Step step) const {
+    const ThreadIndex sizeX = shape().x, packs = sizeX / Pack::size;
+    if constexpr (checking::enabled) {
+      const unsigned int* order = checking::threadOrder(packs);
+      for (ThreadIndex i = 0; i < packs; ++i) step(Pack{order[i] * Pack::size});
+    } else {
+      const ThreadIndex end = live.x < sizeX ? live.x : sizeX;
+      for (ThreadIndex first = 0; first < end; first += Pack::size) step(Pack{first});
+    }
+  }
+
   void sync() const {}
 
  private:
@@ -90,6 +124,14 @@ class PerThread {
  public:
   T& operator[](const Thread& thread) { return slots_[thread.lane]; }
   const T& operator[](const Thread& thread) const { return slots_[thread.lane]; }
+
+  const T* slots() const { return slots_; }
+
+  /// Sets the variable of all threads of a pack.
+  GPURUNTIME_INLINE void set(const Pack& pack, LongWords words) {
+    static_assert(sizeof(T) == 8 && N % Pack::size == 0, "one lane for each thread");
+    std::memcpy(&slots_[pack.first], &words, sizeof words);
+  }
 
  private:
   alignas(64) T slots_[N];

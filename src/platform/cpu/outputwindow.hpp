@@ -56,8 +56,9 @@ inline void finishStreaming() {
 /// Elements `[first, first + live)` of `out`, each to be written once, at its own index through `pointer()`.
 ///
 /// An array that the caches would not keep anyway is written past them, by way of a buffer that stays in the first
-/// level; a smaller one is written in place. N is the largest number of elements that a block fills.
-template <class T, unsigned int N = 256>
+/// level; a smaller one is written in place. N is the largest number of elements that a block fills, PER_THREAD of them
+/// for each of its threads.
+template <class T, unsigned int N = 256, unsigned int PER_THREAD = 1>
 class OutputWindow {
  public:
   /// `count` is the size of the whole array.
@@ -71,8 +72,8 @@ class OutputWindow {
 
   template <class Block>
   GPURUNTIME_INLINE void flush(const Block& block) {
-    const unsigned long threads = block.shape().x;
-    if (streams_) streamBytes(begin_, buffer_, (live_ < threads ? live_ : threads) * sizeof(T));
+    const unsigned long most = block.shape().x * PER_THREAD;
+    if (streams_) streamBytes(begin_, buffer_, (live_ < most ? live_ : most) * sizeof(T));
   }
 
  private:

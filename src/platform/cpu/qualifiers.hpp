@@ -9,6 +9,8 @@
   static T name {}
 #define GPURUNTIME_CONSTANT_SYMBOL(T, name) \
   static T name {}
+#define GPURUNTIME_CONSTANT_TABLE(T, name, ...) static constexpr T name = __VA_ARGS__
+#define GPURUNTIME_TABLE(name) name
 #define GPURUNTIME_SHARED(T, name) alignas(64) T name
 
 // Iterations of the loop behind it do not depend on each other.
@@ -19,3 +21,17 @@
 #endif
 
 #define GPURUNTIME_INLINE inline __attribute__((always_inline))
+
+namespace gpuruntime::platform::detail {
+
+#if defined(__AVX512BW__)
+inline constexpr unsigned int vectorBytes = 64;
+#elif defined(__AVX2__)
+inline constexpr unsigned int vectorBytes = 32;
+#else
+inline constexpr unsigned int vectorBytes = 16;
+#endif
+
+}  // namespace gpuruntime::platform::detail
+
+#include "../unrolled.hpp"

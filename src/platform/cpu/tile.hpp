@@ -14,14 +14,6 @@
 namespace gpuruntime::platform {
 namespace detail {
 
-#if defined(__AVX512BW__)
-inline constexpr unsigned int vectorBytes = 64;
-#elif defined(__AVX2__)
-inline constexpr unsigned int vectorBytes = 32;
-#else
-inline constexpr unsigned int vectorBytes = 16;
-#endif
-
 template <unsigned int BYTES>
 struct BitsOf;
 template <>
@@ -281,5 +273,43 @@ GPURUNTIME_INLINE void prefetchOutputTile(const T* out, long corner, unsigned lo
 /// Side of the squares of blocks that fill whole cache lines in both dimensions, for tiles of N by N elements.
 template <class T, unsigned int N>
 inline constexpr unsigned int blocksPerLine = N * sizeof(T) < lineBytes ? lineBytes / (N * sizeof(T)) : 1;
+
+namespace detail {
+
+template <class T, unsigned int N, std::size_t... I>
+GPURUNTIME_INLINE void storeEightRuns(const PerThread<T, N> (&values)[8], unsigned int lane, T* out,
+                                      unsigned long pitch, bool streams, std::index_sequence<I...>) {
+  using Vector = typename VectorOf<T, 8>::type;
+  constexpr std::make_index_sequence<4> half{};
+  Vector vectors[8];
+  (std::memcpy(&vectors[I], values[I].slots() + lane, sizeof(Vector)), ...);
+  interleaveHalves(vectors, half);
+  interleaveHalves(vectors, half);
+  interleaveHalves(vectors, half);
+  if (streams) {
+    (streamBytes(out + (lane + I) * pitch, &vectors[I], sizeof(Vector)), ...);
+  } else {
+    (std::memcpy(out + (lane + I) * pitch, &vectors[I], sizeof(Vector)), ...);
+  }
+}
+
+}  // namespace detail
+
+/// Each live thread t of a one-dimensional block stores its eight values at out[t * pitch] and behind, of an array of
+/// `count` elements. Where they are whole cache lines, a large array is written past the caches.
+template <class Block, class T, unsigned int N>
+GPURUNTIME_INLINE void storeRuns(const Block&, Live live, const PerThread<T, N> (&values)[8], T* out,
+                                 unsigned long pitch, unsigned long count) {
+  const unsigned long threads = live.x < N ? live.x : N;
+  const bool streams = 8 * sizeof(T) == lineBytes && pitch % 8 == 0 && count >= streamingBytes / sizeof(T) &&
+                       reinterpret_cast<std::uintptr_t>(out) % lineBytes == 0;
+  unsigned int lane = 0;
+  for (; lane + 8 <= threads; lane += 8) {
+    detail::storeEightRuns(values, lane, out, pitch, streams, std::make_index_sequence<8>());
+  }
+  for (; lane < threads; ++lane) {
+    for (unsigned int i = 0; i < 8; ++i) out[lane * pitch + i] = values[i].slots()[lane];
+  }
+}
 
 }  // namespace gpuruntime::platform

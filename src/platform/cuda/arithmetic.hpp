@@ -43,4 +43,28 @@ __host__ __device__ inline void sincos(float x, float* sine, float* cosine) {
   ::sincosf(x, sine, cosine);
 }
 
+__host__ __device__ inline double exactDouble(unsigned long x) {
+  return static_cast<double>(x);
+}
+__host__ __device__ inline double exactMinusProduct(double x, double a, double b) {
+  return ::fma(-a, b, x);
+}
+__host__ __device__ inline double logOfNormal(double x) {
+  return ::log(x);
+}
+__host__ __device__ inline void sincosOfTurn(double x, double* sine, double* cosine) {
+#ifdef __CUDA_ARCH__
+  // In these words the compiler sees that the reduction of huge arguments, which needs a stack frame, is not reached.
+  __builtin_assume(!(fabs(x) >= 2147483648.0));
+#endif
+  ::sincos(x, sine, cosine);
+}
+__host__ __device__ inline double erfcinv(double x) {
+  return ::erfcinv(x);
+}
+template <class Block, unsigned int N>
+__device__ void erfcinvOfEach(const Block& block, Live, PerThread<double, N>& values) {
+  block.forEachThread([&](Thread thread) { values[thread] = ::erfcinv(values[thread]); });
+}
+
 }  // namespace gpuruntime::platform

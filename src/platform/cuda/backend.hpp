@@ -13,7 +13,20 @@
 
 #define GPURUNTIME_DEVICE_SYMBOL(T, name) static __device__ T name
 #define GPURUNTIME_CONSTANT_SYMBOL(T, name) static __constant__ T name
+// A table stands in the device's memory and, for host code, in the host's.
+#define GPURUNTIME_CONSTANT_TABLE(T, name, ...)                   \
+  static __constant__ __attribute__((used)) T name = __VA_ARGS__; \
+  [[maybe_unused]] static constexpr T name##_HOST = __VA_ARGS__
+#ifdef __CUDA_ARCH__
+#define GPURUNTIME_TABLE(name) name
+#else
+#define GPURUNTIME_TABLE(name) name##_HOST
+#endif
 #define GPURUNTIME_SHARED(T, name) __shared__ T name
+
+#define GPURUNTIME_INLINE __host__ __device__ __forceinline__
+
+#include "../unrolled.hpp"
 
 namespace gpuruntime::platform {
 
@@ -43,9 +56,34 @@ struct Thread {
   ThreadIndex lane;
 };
 
+/// A pack is one thread here.
+struct Pack {
+  static constexpr unsigned int size = 1;
+
+  ThreadIndex first;
+
+  __device__ unsigned long threads() const { return first; }
+};
+using LongWords = unsigned long;
+using Words = unsigned int;
+
+__host__ __device__ inline Words narrowed(LongWords word) {
+  return static_cast<Words>(word);
+}
+__host__ __device__ inline LongWords widened(Words word) {
+  return word;
+}
+__host__ __device__ inline Words mulhilo(Words a, unsigned int b, Words* upper) {
+  const LongWords product = static_cast<LongWords>(a) * b;
+  *upper = static_cast<Words>(product >> 32);
+  return static_cast<Words>(product);
+}
+
 template <unsigned int X = 0, unsigned int Y = 1>
 class Block {
  public:
+  static constexpr unsigned int size = X * Y;  ///< Threads, where the shape is known.
+
   __device__ Extent index() const { return {blockIdx.x, blockIdx.y, blockIdx.z}; }
   __device__ Extent grid() const { return {gridDim.x, gridDim.y, gridDim.z}; }
   __device__ Extent shape() const {
@@ -72,6 +110,11 @@ class Block {
     forEachThread(step);
   }
 
+  template <class Step>
+  __device__ void forEachPack(Live, Step step) const {
+    step(Pack{threadIdx.x});
+  }
+
   __device__ void sync() const { __syncthreads(); }
 };
 
@@ -80,13 +123,14 @@ class PerThread {
  public:
   __device__ T& operator[](const Thread&) { return value_; }
   __device__ const T& operator[](const Thread&) const { return value_; }
+  __device__ void set(const Pack&, LongWords word) { value_ = word; }
 
  private:
   T value_;
 };
 
 /// Device stores go through the cache of the device, which writes whole lines by itself.
-template <class T, unsigned int N = 256>
+template <class T, unsigned int N = 256, unsigned int PER_THREAD = 1>
 class OutputWindow {
  public:
   __device__ OutputWindow(T* out, unsigned long, unsigned long, unsigned long) : out_(out) {}
@@ -154,6 +198,31 @@ __device__ void copyRun(const Block& block, T* out, const T* in, unsigned long l
 // One element longer than the tile, so that a column does not fall on one memory bank.
 template <class T, unsigned int N>
 inline constexpr unsigned int tilePitch = N + 1;
+
+/// Each live thread t of a one-dimensional block stores its eight values at out[t * pitch] and behind; in 16 bytes at a
+/// time where the address allows it.
+template <class Block, class T, unsigned int N>
+__device__ void storeRuns(const Block&, Live live, const PerThread<T, N> (&values)[8], T* out, unsigned long pitch,
+                          unsigned long) {
+  const Thread thread{threadIdx.x, 0, 0, threadIdx.x};
+  if (thread.x >= live.x) return;
+  T* const target = out + thread.x * pitch;
+  if constexpr (sizeof(T) >= 2) {
+    constexpr unsigned int together = 16 / sizeof(T);
+    struct alignas(16) Group {
+      T elements[together];
+    };
+    if (reinterpret_cast<unsigned long>(target) % sizeof(Group) == 0) {
+      unrolled<8 / together>([&](auto g) {
+        Group group;
+        unrolled<together>([&](auto i) { group.elements[i] = values[g * together + i][thread]; });
+        *reinterpret_cast<Group*>(target + g * together) = group;
+      });
+      return;
+    }
+  }
+  unrolled<8>([&](auto i) { target[i] = values[i][thread]; });
+}
 
 // The device hides its latencies by itself, and its blocks run in an order of its own.
 template <unsigned int N, class T>
