@@ -14,8 +14,16 @@
 #include <gpuruntime/complex/decomplexify.hpp>
 #include <gpuruntime/complex/realimag.hpp>
 #include <gpuruntime/elementtypes.hpp>
+#include <gpuruntime/elmath/abs.hpp>
+#include <gpuruntime/elmath/cast.hpp>
+#include <gpuruntime/elmath/checkdataproperty.hpp>
+#include <gpuruntime/elmath/elementwisecompare.hpp>
+#include <gpuruntime/elmath/flagnonzero.hpp>
+#include <gpuruntime/elmath/logicaltransforms.hpp>
+#include <gpuruntime/elmath/mpower.hpp>
 #include <gpuruntime/elmath/permute.hpp>
 #include <gpuruntime/elmath/rot90.hpp>
+#include <gpuruntime/elmath/scale.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>

@@ -11,6 +11,8 @@ namespace gpucommon {
 
 namespace CUDATraitsDetail {
 
+// Tests are joined by & and |: with && and || the loops over elements would keep branches, and not vectorise.
+
 template <class T>
 inline constexpr bool isFloating = std::is_floating_point_v<typename CUDAComplexToReal<T>::type>;
 
@@ -30,11 +32,14 @@ GPURUNTIME_HOST_DEVICE T getOneImpl() {
   }
 }
 
-/// True if x, or each of its parts, equals 0: so of -0, never of NaN.
+/// True if x, or each of its parts, equals 0: so of -0, never of NaN. A `bool` is told by its byte, whatever that
+/// holds.
 template <class T>
 GPURUNTIME_HOST_DEVICE bool isZeroImpl(const T& x) {
   if constexpr (CUDAIsComplex<T>::value) {
-    return x.x == 0 && x.y == 0;
+    return (x.x == 0) & (x.y == 0);
+  } else if constexpr (std::is_same_v<T, bool>) {
+    return bitsOf(x) == 0;
   } else {
     return x == T(0);
   }
@@ -46,7 +51,7 @@ GPURUNTIME_HOST_DEVICE bool isNaNImpl([[maybe_unused]] const T& x) {
   if constexpr (!isFloating<T>) {
     return false;
   } else if constexpr (CUDAIsComplex<T>::value) {
-    return isNaNImpl(x.x) || isNaNImpl(x.y);
+    return isNaNImpl(x.x) | isNaNImpl(x.y);
   } else {
     return x != x;
   }
@@ -57,10 +62,10 @@ template <class T>
 GPURUNTIME_HOST_DEVICE bool isInfImpl(const T& x) {
   static_assert(isFloating<T>, "only floating types have infinities");
   if constexpr (CUDAIsComplex<T>::value) {
-    return isInfImpl(x.x) || isInfImpl(x.y);
+    return isInfImpl(x.x) | isInfImpl(x.y);
   } else {
     constexpr T infinity = std::numeric_limits<T>::infinity();
-    return x == infinity || x == -infinity;
+    return (x == infinity) | (x == -infinity);
   }
 }
 
@@ -74,7 +79,7 @@ GPURUNTIME_HOST_DEVICE bool isequalImpl(const T& a, const T& b) {
 /// True if a equals b or both are NaN. Real types only.
 template <class T>
 GPURUNTIME_HOST_DEVICE bool isequalwithequalnansImpl(const T& a, const T& b) {
-  return isequalImpl(a, b) || (isNaNImpl(a) && isNaNImpl(b));
+  return isequalImpl(a, b) | (isNaNImpl(a) & isNaNImpl(b));
 }
 
 }  // namespace CUDATraitsDetail

@@ -22,6 +22,8 @@
 ///    block, as `ThreadIndex`. A `return` in a step ends that thread's step alone. `block.forEachThread(live, step)`
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
 ///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
+///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
+///    each that asks, as the backend likes.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
 ///    takes packs of threads: `block.forEachPack(live, step)` runs `step(Pack)`, in which `LongWords` and `Words` hold
 ///    a 64-bit and a 32-bit word for each thread, `pack.threads()` the threads' indices, `widened` and `narrowed`
@@ -42,7 +44,8 @@
 ///    neighbours, and so many of its own steps, at once: then a run is so many times as long as the block, and a tile
 ///    has so many times its edge.
 /// 9. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
-/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `exactDouble(x)` of an integer up to 2^53, and
+/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `hypot(a, b)`, the platform's or as good:
+///    +Inf if either is infinite, else NaN if either is. `exactDouble(x)` of an integer up to 2^53, and
 ///    `exactMinusProduct(x, a, b)`, where x - a * b takes no rounding. Made for loops over threads, `logOfNormal(x)` of
 ///    a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to 6.3, both within 2 units in the last
 ///    place, and `erfcinv(x)` for x from 0 to 2, within 6; `erfcinvOfEach(block, live, values)` is that for all

@@ -26,6 +26,11 @@ namespace elementwise {
 /// every index below the count, without reading `out`.
 struct WritesOwnElement {};
 
+/// Base of the functors that look for something: `finds(it, args...)` is their test of an element, bound test included,
+/// and `report(args...)` runs where it holds, once or more often. One that also derives from WritesOwnElement writes
+/// first.
+struct FindsInElement {};
+
 }  // namespace elementwise
 
 namespace elementwisedetail {
@@ -50,14 +55,27 @@ GPURUNTIME_DEVICE void fillWindow(const platform::Block<>& block, unsigned int f
 }
 
 template <class Functor, class... Args>
+GPURUNTIME_DEVICE void reportFindings(const platform::Block<>& block, unsigned int first, unsigned long n,
+                                      Args... args) {
+  const platform::Live live{platform::Live::after(first, n)};
+  const bool found = block.findsAny(live, [=](platform::Thread thread) {
+    return Functor::finds(cuda::ElementwiseIterator{first + thread.x, n}, args...);
+  });
+  if (found) Functor::report(args...);
+}
+
+template <class Functor, class... Args>
 struct SingleStep {
   static GPURUNTIME_DEVICE void run(const platform::Block<>& block, unsigned long n, Args... args) {
     // In 32 bits, with wrap-around.
     const unsigned int first = launchdetail::flatBlockIndex(block) * block.shape().x;
     if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
       fillWindow<Functor>(block, first, n, args...);
-    } else {
+    } else if constexpr (!std::is_base_of_v<elementwise::FindsInElement, Functor>) {
       applyInBlock<Functor>(block, first, n, args...);
+    }
+    if constexpr (std::is_base_of_v<elementwise::FindsInElement, Functor>) {
+      reportFindings<Functor>(block, first, n, args...);
     }
   }
 };

@@ -99,6 +99,14 @@ class Block {
     }
   }
 
+  /// True if the test holds for some thread.
+  template <class Test>
+  GPURUNTIME_INLINE bool findsAny(Live live, Test test) const {
+    unsigned char found = 0;
+    forEachThread(live, [&](Thread thread) { found |= static_cast<unsigned char>(test(thread)); });
+    return found != 0;
+  }
+
   void sync() const {}
 
  private:

@@ -1,8 +1,6 @@
 // The recipes where device memory is ordinary memory and every launch is over when its call returns.
 #include <gpuruntime/recipes/memory.hpp>
 
-#include <oneapi/tbb/blocked_range.h>
-#include <oneapi/tbb/parallel_for.h>
 #include <oneapi/tbb/task_arena.h>
 
 #include <sys/mman.h>
@@ -13,31 +11,13 @@
 #include <cstring>
 #include <new>
 
+#include "parallelcopy.hpp"
+
 namespace gpuruntime::recipes {
 namespace {
 
 constexpr std::size_t lineBytes = 64;
 constexpr std::size_t hugePageBytes = std::size_t{2} << 20;
-
-// One core does not fill the memory bus. Below this size it is the caches that count, and a task costs more than it
-// gains.
-constexpr std::size_t parallelBytes = std::size_t{1} << 20;
-
-// Calls part(first, size) for consecutive parts of `bytes` bytes, on all cores if there are many.
-template <class Part>
-void forEachPart(std::size_t bytes, Part part) {
-  if (bytes == 0) return;
-  if (bytes < parallelBytes) return part(0, bytes);
-  using Range = oneapi::tbb::blocked_range<std::size_t>;
-  oneapi::tbb::parallel_for(Range(0, bytes, parallelBytes / 2),
-                            [=](const Range& range) { part(range.begin(), range.size()); });
-}
-
-void copy(void* destination, const void* source, std::size_t bytes) {
-  forEachPart(bytes, [=](std::size_t first, std::size_t size) {
-    std::memcpy(static_cast<char*>(destination) + first, static_cast<const char*>(source) + first, size);
-  });
-}
 
 }  // namespace
 
@@ -59,19 +39,19 @@ void release(void* memory) noexcept {
 }
 
 void copyToDevice(void* deviceDestination, const void* hostSource, std::size_t bytes, CUstream_st*) {
-  copy(deviceDestination, hostSource, bytes);
+  platform::parallelCopy(deviceDestination, hostSource, bytes);
 }
 
 void copyToHost(void* hostDestination, const void* deviceSource, std::size_t bytes, CUstream_st*) {
-  copy(hostDestination, deviceSource, bytes);
+  platform::parallelCopy(hostDestination, deviceSource, bytes);
 }
 
 void copyOnDevice(void* deviceDestination, const void* deviceSource, std::size_t bytes, CUstream_st*) {
-  copy(deviceDestination, deviceSource, bytes);
+  platform::parallelCopy(deviceDestination, deviceSource, bytes);
 }
 
 void fillOnDevice(void* deviceMemory, unsigned char value, std::size_t bytes, CUstream_st*) {
-  forEachPart(bytes, [=](std::size_t first, std::size_t size) {
+  platform::forEachPart(bytes, [=](std::size_t first, std::size_t size) {
     std::memset(static_cast<char*>(deviceMemory) + first, value, size);
   });
 }

@@ -115,6 +115,14 @@ class Block {
     step(Pack{threadIdx.x});
   }
 
+  /// True if the test holds for this thread: each that finds something reports it.
+  template <class Test>
+  __device__ bool findsAny(Live, Test test) const {
+    bool found = false;
+    forEachThread([&](Thread thread) { found = test(thread); });
+    return found;
+  }
+
   __device__ void sync() const { __syncthreads(); }
 };
 
