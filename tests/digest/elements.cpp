@@ -52,10 +52,17 @@ void addFloating(Lines& lines) {
   const HostArray<T> source = trickyValues<T>();
   const unsigned long n = source.size();
   const GuardedArray<T> input(source);
-  lines.exact("IsNaNOrInf", filled<bool>(n, [&](bool* out) {
+  lines.exact(std::string("IsNaNOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
+                typename gpuruntime::IsNaN::Invoker<T>()(nullptr, out, input.data(), n);
+              }));
+  lines.exact(std::string("IsInfOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
+                typename gpuruntime::IsInf::Invoker<T>()(nullptr, out, input.data(), n);
+              }));
+  lines.exact(std::string("IsNaNOrInfOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
                 typename gpuruntime::IsNaNOrInf::Invoker<T>()(nullptr, out, input.data(), n);
               }));
   if constexpr (!isComplex<T>) {
+    lines.exact("Abs", filled<R>(n, [&](R* out) { gpuruntime::Abs::Invoker<T>()(nullptr, out, input.data(), n); }));
     lines.exact("AbsPower2",
                 filled<R>(n, [&](R* out) { gpuruntime::AbsPower::Invoker<T>()(nullptr, out, input.data(), 2, n); }));
   }
@@ -94,6 +101,17 @@ void addElements(Lines& lines) {
     const unsigned long n = trickyValues<T>().size();
     lines.exact(std::string("FlagNonZeroOf[") + typeName<T>() + "]", filled<double>(n, [&](double* out) {
                   typename gpuruntime::FlagNonZero::Invoker<T>()(nullptr, out, input.data(), n);
+                }));
+  });
+  forEachType(gpuruntime::RealNumericTypes{}, [&](auto tag) {
+    using T = decltype(tag);
+    const GuardedArray<T> input(trickyValues<T>());
+    const unsigned long n = trickyValues<T>().size();
+    lines.exact(std::string("CastToBoolOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
+                  typename gpuruntime::CastToBool::Invoker<T>()(nullptr, n, out, input.data());
+                }));
+    lines.exact(std::string("FlagNegativeOf[") + typeName<T>() + "]", filled<double>(n, [&](double* out) {
+                  typename gpuruntime::FlagNegative::Invoker<T>()(nullptr, out, input.data(), n);
                 }));
   });
   forEachType(gpuruntime::FloatTypes{}, [&](auto tag) { addFloating<decltype(tag)>(lines); });

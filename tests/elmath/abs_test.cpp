@@ -57,7 +57,7 @@ TYPED_TEST(AbsTest, RaisesToAPower) {
   for (const Case& c : {Case{-3, 2, 9}, Case{4, 0.5, 2}, Case{0, 0, 1}, Case{0, -1, inf}, Case{NaN, 0, 1},
                         Case{-1.5, 2, 2.25}, Case{-2, -2, 0.25}, Case{inf, 2, inf}, Case{inf, -3, 0},
                         Case{-2, 3e9, inf}, Case{1, NaN, 1}, Case{huge, 2, inf},
-                        // Rounded to the type of T, these are 0 and 1, or stay.
+                        // In float the first of these powers is 0; in double it takes pow to 1.
                         Case{7, 1e-50, 1}, Case{-5, 1, 5}, Case{-0.5, -1, 2}, Case{-1, -inf, 1}}) {
     T element{};
     std::memcpy(&element, std::vector<R>{static_cast<R>(c.value)}.data(), sizeof(R));

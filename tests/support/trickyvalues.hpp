@@ -28,7 +28,7 @@ bool isValueOf(long double value) {
   return value == std::trunc(value) && value >= Limits::lowest() && value <= Limits::max();
 }
 
-/// The elements of `values`, without the guard of a fixed length.
+/// The values as an array.
 template <class T>
 HostArray<T> arrayOf(const std::vector<T>& values) {
   HostArray<T> array(values.size());
