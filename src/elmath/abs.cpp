@@ -36,6 +36,16 @@ struct AbsPowerKernel : elementwise::WritesOwnElement {
   }
 };
 
+// For a power that is no integer: no branch is left, and the cpu makes SIMD loops of it.
+template <class T>
+struct AbsFractionalPowerKernel : elementwise::WritesOwnElement {
+  static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, RealOf<T>* output, const T* input,
+                                      platform::Power<RealOf<T>> power) {
+    if (it.isOutside()) return;
+    output[it.index] = power(modulus(input[it.index]));
+  }
+};
+
 }  // namespace
 
 template <class T>
@@ -46,7 +56,13 @@ void Abs::Invoker<T>::operator()(CUstream_st* stream, RealOf<T>* output, const T
 template <class T>
 void AbsPower::Invoker<T>::operator()(CUstream_st* stream, RealOf<T>* output, const T* input, double p,
                                       unsigned long n) const {
-  elementwise::launchWithDeviceFunctor<AbsPowerKernel<T>>(stream, n, output, input, static_cast<RealOf<T>>(p));
+  const auto power = static_cast<RealOf<T>>(p);
+  if (gpucommon::scalarmath::isIntegerValued(power)) {
+    elementwise::launchWithDeviceFunctor<AbsPowerKernel<T>>(stream, n, output, input, power);
+  } else {
+    elementwise::launchWithDeviceFunctor<AbsFractionalPowerKernel<T>>(stream, n, output, input,
+                                                                      platform::Power<RealOf<T>>(power));
+  }
 }
 
 GPURUNTIME_INSTANTIATE(Abs, FLOAT_TYPES);

@@ -78,15 +78,15 @@ GPURUNTIME_HOST_DEVICE T integerPower(T base, int exponent) {
 }
 
 /// x to the power y: repeated squaring if both are integers or infinite, with y truncated to `int` and saturating;
-/// otherwise `pow`.
+/// otherwise the platform's `Power`.
 template <class T>
 GPURUNTIME_HOST_DEVICE T integerOrFloatingPower(T x, T y) {
   if (isIntegerValued(x) && isIntegerValued(y)) return integerPower(x, castdetail::truncateTo<int>(y));
-  return std::pow(x, y);
+  return gpuruntime::platform::Power<T>(y)(x);
 }
 
 /// x to the power y as integerOrFloatingPower gives it, made non-negative where y is even. A negative x with a y that
-/// is no integer gives what `pow` gives: NaN, if x is finite.
+/// is no integer gives what `Power` gives: NaN, if x is finite.
 template <class T>
 GPURUNTIME_HOST_DEVICE T realPower(T x, T y) {
   const T power = integerOrFloatingPower(x, y);

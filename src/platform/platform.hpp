@@ -49,8 +49,9 @@
 ///    `exactMinusProduct(x, a, b)`, where x - a * b takes no rounding. Made for loops over threads, `logOfNormal(x)` of
 ///    a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to 6.3, both within 2 units in the last
 ///    place, and `erfcinv(x)` for x from 0 to 2, within 6; `erfcinvOfEach(block, live, values)` is that for all
-///    threads. Everything else is plain operators, each rounded by itself, and `<cmath>` under `std::`, which both
-///    backends take in kernels. Nothing is contracted: a fused operation is written `std::fma`.
+///    threads. `Power<T>(y)` is a function object with x^y of `pow` for many x, within 1 unit too. Everything else is
+///    plain operators, each rounded by itself, and `<cmath>` under `std::`, which both backends take in kernels.
+///    Nothing is contracted: a fused operation is written `std::fma`.
 ///
 /// A backend never names an operation of the library, and nothing outside this folder names a backend.
 #pragma once

@@ -46,25 +46,37 @@ void addComparisons(Lines& lines, gpuruntime::TypeList<Others...>) {
   lines.exact(std::string("ElementwiseCompareOf[") + typeName<T>() + "]", testsupport::arrayOf(equals));
 }
 
+// A family of one input, whose results have another type or not.
+template <class Family, class Out, class T>
+HostArray<Out> ofTrickyValues() {
+  const GuardedArray<T> input(trickyValues<T>());
+  const unsigned long n = trickyValues<T>().size();
+  return filled<Out>(n, [&](Out* out) { typename Family::template Invoker<T>()(nullptr, out, input.data(), n); });
+}
+
+template <class Family, class Out, class T>
+void addAnswers(Lines& lines, const std::string& name) {
+  lines.exact(name + "Of[" + typeName<T>() + "]", ofTrickyValues<Family, Out, T>());
+}
+
 template <class T>
 void addFloating(Lines& lines) {
   using R = RealOf<T>;
   const HostArray<T> source = trickyValues<T>();
   const unsigned long n = source.size();
   const GuardedArray<T> input(source);
-  lines.exact(std::string("IsNaNOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
-                typename gpuruntime::IsNaN::Invoker<T>()(nullptr, out, input.data(), n);
-              }));
-  lines.exact(std::string("IsInfOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
-                typename gpuruntime::IsInf::Invoker<T>()(nullptr, out, input.data(), n);
-              }));
-  lines.exact(std::string("IsNaNOrInfOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
-                typename gpuruntime::IsNaNOrInf::Invoker<T>()(nullptr, out, input.data(), n);
-              }));
+  addAnswers<gpuruntime::IsNaN, bool, T>(lines, "IsNaN");
+  addAnswers<gpuruntime::IsInf, bool, T>(lines, "IsInf");
+  addAnswers<gpuruntime::IsNaNOrInf, bool, T>(lines, "IsNaNOrInf");
   if constexpr (!isComplex<T>) {
-    lines.exact("Abs", filled<R>(n, [&](R* out) { gpuruntime::Abs::Invoker<T>()(nullptr, out, input.data(), n); }));
+    lines.exact("Abs", ofTrickyValues<gpuruntime::Abs, R, T>());
     lines.exact("AbsPower2",
                 filled<R>(n, [&](R* out) { gpuruntime::AbsPower::Invoker<T>()(nullptr, out, input.data(), 2, n); }));
+  } else {
+    lines.close("Abs", 3, ofTrickyValues<gpuruntime::Abs, R, T>());
+    GuardedArray<T> scaled(source);
+    typename gpuruntime::ScaleInplace::Invoker<T>()(nullptr, scaled.data(), T{3, -7}, n);
+    lines.exact("ScaleInplaceByComplex", scaled.toHost());
   }
   T three{};
   const R value = 3;
@@ -86,6 +98,10 @@ void addFloating(Lines& lines) {
                 typename gpuruntime::MPowerMatrixScalar::Invoker<T>()(nullptr, out, matrix.data(), diagonal.data(),
                                                                       three, 300);
               }));
+  lines.close("MPowerScalarMatrix", 4, filled<T>(V.size(), [&](T* out) {
+                typename gpuruntime::MPowerScalarMatrix::Invoker<T>()(nullptr, out, matrix.data(), matrix.data(), three,
+                                                                      300);
+              }));
 }
 
 }  // namespace
@@ -97,11 +113,9 @@ void addElements(Lines& lines) {
   forEachType(gpuruntime::AllTypes{}, [&](auto tag) {
     using T = decltype(tag);
     addComparisons<T>(lines, gpuruntime::AllTypes{});
-    const GuardedArray<T> input(trickyValues<T>());
-    const unsigned long n = trickyValues<T>().size();
-    lines.exact(std::string("FlagNonZeroOf[") + typeName<T>() + "]", filled<double>(n, [&](double* out) {
-                  typename gpuruntime::FlagNonZero::Invoker<T>()(nullptr, out, input.data(), n);
-                }));
+    addAnswers<gpuruntime::FlagNonZero, double, T>(lines, "FlagNonZero");
+    addAnswers<gpuruntime::IsNonZero, bool, T>(lines, "IsNonZero");
+    addAnswers<gpuruntime::IsNeitherZeroNorNaN, bool, T>(lines, "IsNeitherZeroNorNaN");
   });
   forEachType(gpuruntime::RealNumericTypes{}, [&](auto tag) {
     using T = decltype(tag);
@@ -110,9 +124,11 @@ void addElements(Lines& lines) {
     lines.exact(std::string("CastToBoolOf[") + typeName<T>() + "]", filled<bool>(n, [&](bool* out) {
                   typename gpuruntime::CastToBool::Invoker<T>()(nullptr, n, out, input.data());
                 }));
-    lines.exact(std::string("FlagNegativeOf[") + typeName<T>() + "]", filled<double>(n, [&](double* out) {
-                  typename gpuruntime::FlagNegative::Invoker<T>()(nullptr, out, input.data(), n);
+    lines.exact(std::string("CastBlockToRealOf[") + typeName<T>() + "]", filled<short>(n + n / 7 * 3, [&](short* out) {
+                  typename gpuruntime::CastBlockToReal::Invoker<short, T>()(nullptr, n / 7 * 7, out, input.data(), 2,
+                                                                            10, 7);
                 }));
+    addAnswers<gpuruntime::FlagNegative, double, T>(lines, "FlagNegative");
   });
   forEachType(gpuruntime::FloatTypes{}, [&](auto tag) { addFloating<decltype(tag)>(lines); });
 }

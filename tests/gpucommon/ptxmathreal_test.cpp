@@ -70,9 +70,8 @@ TYPED_TEST(PtxMathReal, integerPowersMultiplyFromTheLowestBit) {
     ASSERT_EQ(realPower(x, R(13)), power13);
     ASSERT_EQ(realPower(-x, R(13)), -power13);
     ASSERT_EQ(realPower(-x, R(-12)), 1 / (x4 * x8));
-    ASSERT_EQ(realPower(x + R(0.1), R(13)), std::pow(x + R(0.1), R(13)));
+    ASSERT_EQ(realPower(x + R(0.1), R(13)), gpuruntime::platform::Power<R>(13)(x + R(0.1)));
   }
-  EXPECT_EQ(realPower(R(2), R(0.5)), std::pow(R(2), R(0.5)));
 }
 
 TYPED_TEST(PtxMathReal, powersOfSpecialValues) {

@@ -28,8 +28,8 @@ class Abs {
 /// first.
 ///
 /// If a and p are integers, or infinite: repeated squaring from the lowest bit of p, which is cut to an `int`, each
-/// product rounded, and the reciprocal for p < 0. Otherwise the platform's `pow`; for p = 2 that is a * a, rounded
-/// once. a^0 is 1 for every a, NaN too; 0 to a negative power is Inf.
+/// product rounded, and the reciprocal for p < 0. Otherwise the platform's `pow`, on the cpu backend within 1 unit in
+/// the last place; for p = 2 that is a * a, rounded once. a^0 is 1 for every a, NaN too; 0 to a negative power is Inf.
 ///
 /// The arrays must not overlap, apart from a real output that is the input; that is not checked. n = 0 does nothing.
 /// Raises MessageError if the device can't be asked for its limits.

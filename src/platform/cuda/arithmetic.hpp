@@ -74,4 +74,14 @@ __host__ __device__ inline float hypot(float a, float b) {
   return ::hypotf(a, b);
 }
 
+template <class T>
+class Power {
+ public:
+  __host__ __device__ explicit Power(T exponent) : m_exponent(exponent) {}
+  __host__ __device__ T operator()(T base) const { return std::pow(base, m_exponent); }
+
+ private:
+  T m_exponent;
+};
+
 }  // namespace gpuruntime::platform

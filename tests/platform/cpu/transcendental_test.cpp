@@ -59,6 +59,67 @@ TEST(Transcendental, SineAndCosineOfATurn) {
   EXPECT_LE(worst, 1.0);
 }
 
+TEST(Transcendental, PowersOfEachSize) {
+  std::mt19937_64 generator(7);
+  std::uniform_real_distribution<double> uniform(0, 1);
+  double worst = 0, worstInFloat = 0;
+  const auto check = [&](double x, double y) {
+    const double actual = platform::Power<double>(y)(x);
+    const long double exact = std::pow(static_cast<long double>(x), static_cast<long double>(y));
+    if (const auto nearest = static_cast<double>(exact); std::isnormal(nearest)) {
+      worst = std::max(worst, ulps(actual, exact));
+    } else {
+      EXPECT_TRUE(actual == nearest || std::abs(actual - nearest) <= 0x1p-1074) << x << "^" << y << " " << actual;
+    }
+  };
+  const auto checkInFloat = [&](float x, float y) {
+    const long double exact = std::pow(static_cast<long double>(x), static_cast<long double>(y));
+    if (const auto nearest = static_cast<float>(exact); std::isnormal(nearest))
+      worstInFloat = std::max(worstInFloat, std::abs(ulps(platform::Power<float>(y)(x), exact)) * 0x1p-29);
+  };
+  for (int i = 0; i < 200000; ++i) {
+    const double spread = uniform(generator) - 0.5;
+    // Bases close to 1 and of every exponent, with powers over the whole range and a little beyond.
+    for (const double x : {1 + spread * std::ldexp(1.0, -i % 52), std::ldexp(1 + uniform(generator), i % 2097 - 1074)})
+      if (x != 1) check(x, 2160 * spread / std::log2(x));
+    checkInFloat(static_cast<float>(3 * uniform(generator)), static_cast<float>(40 * spread));
+  }
+  EXPECT_LE(worst, 1.0);
+  EXPECT_LE(worstInFloat, 0.51);
+}
+
+TEST(Transcendental, PowersOfSpecialValuesAreThoseOfTheCLibrary) {
+  const double inf = std::numeric_limits<double>::infinity(), NaN = std::numeric_limits<double>::quiet_NaN();
+  const std::vector<double> values = {0.0,
+                                      1,
+                                      0.5,
+                                      2,
+                                      3,
+                                      1.5,
+                                      inf,
+                                      NaN,
+                                      1e300,
+                                      5e-324,
+                                      0x1p53,
+                                      0x1.0000001p66,
+                                      0x1p1000,
+                                      std::nextafter(1.0, 2),
+                                      std::nextafter(1.0, 0)};
+  for (double x : values)
+    for (double y : values)
+      for (const double signOfX : {1.0, -1.0})
+        for (const double signOfY : {1.0, -1.0}) {
+          const double a = signOfX * x, b = signOfY * y, expected = std::pow(a, b);
+          const double actual = platform::Power<double>(b)(a);
+          if (std::isnan(expected) || std::isnan(actual)) {
+            EXPECT_TRUE(std::isnan(expected) && std::isnan(actual)) << a << "^" << b;
+          } else {
+            EXPECT_EQ(std::signbit(actual), std::signbit(expected)) << a << "^" << b;
+            EXPECT_TRUE(actual == expected || std::abs(actual / expected - 1) <= 0x1p-52) << a << "^" << b;
+          }
+        }
+}
+
 TEST(Transcendental, InverseOfErfcAloneAndForABlock) {
   double worst = 0;
   std::vector<double> arguments;
