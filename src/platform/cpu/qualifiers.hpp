@@ -34,4 +34,5 @@ inline constexpr unsigned int vectorBytes = 16;
 
 }  // namespace gpuruntime::platform::detail
 
+#include "../polar.hpp"
 #include "../unrolled.hpp"

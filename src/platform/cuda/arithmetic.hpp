@@ -67,11 +67,4 @@ __device__ void erfcinvOfEach(const Block& block, Live, PerThread<double, N>& va
   block.forEachThread([&](Thread thread) { values[thread] = ::erfcinv(values[thread]); });
 }
 
-__host__ __device__ inline double hypot(double a, double b) {
-  return ::hypot(a, b);
-}
-__host__ __device__ inline float hypot(float a, float b) {
-  return ::hypotf(a, b);
-}
-
 }  // namespace gpuruntime::platform
