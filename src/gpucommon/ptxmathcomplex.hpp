@@ -68,10 +68,95 @@ GPURUNTIME_HOST_DEVICE C complexifyreal(const complexdetail::RealOf<C>& r) {
 
 /// (the larger, the smaller) of the magnitudes of the parts; a NaN imaginary part counts as the larger.
 template <class C>
-GPURUNTIME_HOST_DEVICE C orderRealImagValues(const C& z) {
+GPURUNTIME_INLINE C orderRealImagValues(const C& z) {
   const auto re = std::abs(z.x), im = std::abs(z.y);
   const bool realLarger = re > im;
   return C{realLarger ? re : im, realLarger ? im : re};
+}
+
+/// |z| in the precision of the parts, infinite if a part is, also beside a NaN.
+template <class C>
+GPURUNTIME_INLINE complexdetail::RealOf<C> magnitude(const C& z) {
+  return gpuruntime::platform::hypot(z.x, z.y);
+}
+
+namespace complexdetail {
+
+/// Half of |z|, which does not overflow; NaN if a part is, also beside an infinity.
+template <class C>
+GPURUNTIME_INLINE RealOf<C> halvedMagnitude(const C& z) {
+  using R = RealOf<C>;
+  const R half = magnitude(C{z.x * R(0.5), z.y * R(0.5)});
+  return CUDATraitsDetail::isNaNImpl(z) ? std::numeric_limits<R>::quiet_NaN() : half;
+}
+
+/// True if one of the keys is the smaller.
+template <class R>
+GPURUNTIME_INLINE bool decide(R keyA, R keyB) {
+  return (keyA < keyB) | (keyB < keyA);
+}
+
+/// cmincompare of values whose magnitudes are known.
+template <class C>
+GPURUNTIME_INLINE bool precedes(const C& a, RealOf<C> magnitudeA, const C& b, RealOf<C> magnitudeB) {
+  using R = RealOf<C>;
+  // From the last step to the first, each selects its keys where they decide.
+  R keyA = gpuruntime::platform::atan2(a.y, a.x), keyB = gpuruntime::platform::atan2(b.y, b.x);
+  const C partsA = orderRealImagValues(a), partsB = orderRealImagValues(b);
+  const bool partsDecide = (partsA.x == partsB.x) & decide(partsA.y, partsB.y);
+  keyA = partsDecide ? partsA.y : keyA, keyB = partsDecide ? partsB.y : keyB;
+  const R halfA = halvedMagnitude(a), halfB = halvedMagnitude(b);
+  const bool halvesDecide = (magnitudeB == std::numeric_limits<R>::infinity()) & decide(halfA, halfB);
+  keyA = halvesDecide ? halfA : keyA, keyB = halvesDecide ? halfB : keyB;
+  const bool magnitudesDecide = decide(magnitudeA, magnitudeB);
+  keyA = magnitudesDecide ? magnitudeA : keyA, keyB = magnitudesDecide ? magnitudeB : keyB;
+  return keyA < keyB;
+}
+
+}  // namespace complexdetail
+
+/// The order of complex values: true if a comes strictly before b. The smaller magnitude comes first. Of infinite
+/// magnitudes, those of the halved values decide, so that values whose magnitude overflows are told apart; a NaN part
+/// makes such a magnitude NaN. Of values with the same larger part in magnitude, the smaller other part comes first,
+/// and then the smaller angle in [-pi, pi]. A comparison with NaN decides nothing, and passes on to the next.
+///
+/// Magnitudes and angles are rounded, so it is not transitive among values whose magnitudes differ in the last bits
+/// alone. It is the same on both backends.
+template <class C>
+GPURUNTIME_INLINE bool cmincompare(const C& a, const C& b) {
+  return complexdetail::precedes(a, magnitude(a), b, magnitude(b));
+}
+
+/// The mirror of cmincompare: true if a comes strictly after b in that order.
+template <class C>
+GPURUNTIME_INLINE bool cmaxcompare(const C& a, const C& b) {
+  return cmincompare(b, a);
+}
+
+/// cmincompare with NaN magnitudes behind all others, and equal among each other. The second form takes magnitudes that
+/// are known.
+template <class C>
+GPURUNTIME_INLINE bool cminnancompare(const C& a, complexdetail::RealOf<C> magnitudeA, const C& b,
+                                      complexdetail::RealOf<C> magnitudeB) {
+  using CUDATraitsDetail::isNaNImpl;
+  return (!isNaNImpl(magnitudeA)) & (isNaNImpl(magnitudeB) | complexdetail::precedes(a, magnitudeA, b, magnitudeB));
+}
+template <class C>
+GPURUNTIME_INLINE bool cminnancompare(const C& a, const C& b) {
+  return cminnancompare(a, magnitude(a), b, magnitude(b));
+}
+
+/// True if a is strictly greater than b in the order of cmincompare, with NaN magnitudes behind all others here too:
+/// the order of maxima. The second form takes magnitudes that are known.
+template <class C>
+GPURUNTIME_INLINE bool cmaxnancompare(const C& a, complexdetail::RealOf<C> magnitudeA, const C& b,
+                                      complexdetail::RealOf<C> magnitudeB) {
+  using CUDATraitsDetail::isNaNImpl;
+  return (!isNaNImpl(magnitudeA)) & (isNaNImpl(magnitudeB) | complexdetail::precedes(b, magnitudeB, a, magnitudeA));
+}
+template <class C>
+GPURUNTIME_INLINE bool cmaxnancompare(const C& a, const C& b) {
+  return cmaxnancompare(a, magnitude(a), b, magnitude(b));
 }
 
 /// 1 / z with a fused denominator. 1 / (0, 0) is (1 / z.x, 0), and a real or imaginary z gives a part that is +0.

@@ -78,7 +78,7 @@ GPURUNTIME_HOST_DEVICE T integerPower(T base, int exponent) {
 }
 
 /// x to the power y: repeated squaring if both are integers or infinite, with y truncated to `int` and saturating;
-/// otherwise the platform's `Power`.
+/// otherwise `Power`.
 template <class T>
 GPURUNTIME_HOST_DEVICE T integerOrFloatingPower(T x, T y) {
   if (isIntegerValued(x) && isIntegerValued(y)) return integerPower(x, castdetail::truncateTo<int>(y));

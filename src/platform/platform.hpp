@@ -44,14 +44,13 @@
 ///    neighbours, and so many of its own steps, at once: then a run is so many times as long as the block, and a tile
 ///    has so many times its edge.
 /// 9. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
-/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `hypot(a, b)`, the platform's or as good:
-///    +Inf if either is infinite, else NaN if either is. `exactDouble(x)` of an integer up to 2^53, and
-///    `exactMinusProduct(x, a, b)`, where x - a * b takes no rounding. Made for loops over threads, `logOfNormal(x)` of
-///    a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to 6.3, both within 2 units in the last
-///    place, and `erfcinv(x)` for x from 0 to 2, within 6; `erfcinvOfEach(block, live, values)` is that for all
-///    threads. `Power<T>(y)` is a function object with x^y of `pow` for many x, within 1 unit too. Everything else is
-///    plain operators, each rounded by itself, and `<cmath>` under `std::`, which both backends take in kernels.
-///    Nothing is contracted: a fused operation is written `std::fma`.
+/// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `hypot(a, b)` and `atan2(y, x)` of
+///    `polar.hpp` and `Power<T>(y)(x)` of `power.hpp`, the same on every backend. `exactDouble(x)` of an integer up to
+///    2^53, and `exactMinusProduct(x, a, b)`, where x - a * b takes no rounding. Made for loops over threads,
+///    `logOfNormal(x)` of a positive normal x, `sincosOfTurn(x, &sine, &cosine)` for x from 0 to 6.3, both within 2
+///    units in the last place, and `erfcinv(x)` for x from 0 to 2, within 6; `erfcinvOfEach(block, live, values)` is
+///    that for all threads. Everything else is plain operators, each rounded by itself, and `<cmath>` under `std::`,
+///    which both backends take in kernels. Nothing is contracted: a fused operation is written `std::fma`.
 ///
 /// A backend never names an operation of the library, and nothing outside this folder names a backend.
 #pragma once

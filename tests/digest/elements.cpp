@@ -68,12 +68,13 @@ void addFloating(Lines& lines) {
   addAnswers<gpuruntime::IsNaN, bool, T>(lines, "IsNaN");
   addAnswers<gpuruntime::IsInf, bool, T>(lines, "IsInf");
   addAnswers<gpuruntime::IsNaNOrInf, bool, T>(lines, "IsNaNOrInf");
-  if constexpr (!isComplex<T>) {
-    lines.exact("Abs", ofTrickyValues<gpuruntime::Abs, R, T>());
-    lines.exact("AbsPower2",
-                filled<R>(n, [&](R* out) { gpuruntime::AbsPower::Invoker<T>()(nullptr, out, input.data(), 2, n); }));
-  } else {
-    lines.close("Abs", 3, ofTrickyValues<gpuruntime::Abs, R, T>());
+  lines.exact("Abs", ofTrickyValues<gpuruntime::Abs, R, T>());
+  for (const double p : {2.0, 3.0, -1.7}) {
+    lines.exact("AbsPowerTo[" + std::to_string(p) + "]", filled<R>(n, [&](R* out) {
+                  typename gpuruntime::AbsPower::Invoker<T>()(nullptr, out, input.data(), p, n);
+                }));
+  }
+  if constexpr (isComplex<T>) {
     GuardedArray<T> scaled(source);
     typename gpuruntime::ScaleInplace::Invoker<T>()(nullptr, scaled.data(), T{3, -7}, n);
     lines.exact("ScaleInplaceByComplex", scaled.toHost());
@@ -98,10 +99,12 @@ void addFloating(Lines& lines) {
                 typename gpuruntime::MPowerMatrixScalar::Invoker<T>()(nullptr, out, matrix.data(), diagonal.data(),
                                                                       three, 300);
               }));
-  lines.close("MPowerScalarMatrix", 4, filled<T>(V.size(), [&](T* out) {
-                typename gpuruntime::MPowerScalarMatrix::Invoker<T>()(nullptr, out, matrix.data(), matrix.data(), three,
-                                                                      300);
-              }));
+  if constexpr (!isComplex<T>) {
+    lines.exact("MPowerScalarMatrix", filled<T>(V.size(), [&](T* out) {
+                  typename gpuruntime::MPowerScalarMatrix::Invoker<T>()(nullptr, out, matrix.data(), matrix.data(),
+                                                                        three, 300);
+                }));
+  }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <complex>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "gpucommon/testvalues.hpp"
 #include "gtest/gtest.h"
@@ -230,4 +232,79 @@ TYPED_TEST(PtxMathComplex, powersByRealPowerAndByLogarithm) {
   // A negative base with a fraction, and a base with an imaginary part, take the general path.
   const C cubeRoot = cdotexp(C{-8, 0}, C{R(1) / 3, 0});
   EXPECT_LT(epsilonsFrom(Reference(1, std::sqrt(3.0L)), cubeRoot), 4);
+}
+
+namespace {
+
+// The order step by step, with the magnitudes and angles of the C library: 1 if a comes first, -1 if b does, 0 if no
+// step tells them apart.
+template <class C>
+int ordered(const C& a, const C& b) {
+  using R = decltype(C::x);
+  const auto compared = [](R first, R second) { return first < second ? 1 : (second < first ? -1 : 0); };
+  const R largeA = std::hypot(a.x, a.y), largeB = std::hypot(b.x, b.y);
+  if (const int order = compared(largeA, largeB)) return order;
+  if (std::isinf(largeB)) {
+    const auto half = [](const C& z) {
+      return std::isnan(z.x) || std::isnan(z.y) ? R(NaN) : std::hypot(z.x * R(0.5), z.y * R(0.5));
+    };
+    if (const int order = compared(half(a), half(b))) return order;
+  }
+  const auto sorted = [](const C& z) {
+    const R re = std::abs(z.x), im = std::abs(z.y);
+    return re > im ? C{re, im} : C{im, re};
+  };
+  if (sorted(a).x == sorted(b).x) {
+    if (const int order = compared(sorted(a).y, sorted(b).y)) return order;
+  }
+  const auto angle = [](const C& z) { return static_cast<R>(std::atan2(static_cast<long double>(z.y), z.x)); };
+  return compared(angle(a), angle(b));
+}
+
+}  // namespace
+
+TYPED_TEST(PtxMathComplex, orderByMagnitudePartsAndAngle) {
+  using C = TypeParam;
+  using R = decltype(C::x);
+  using Limits = std::numeric_limits<R>;
+  const R parts[] = {0,
+                     R(-0.0),
+                     Limits::denorm_min(),
+                     1,
+                     -1,
+                     3,
+                     -4,
+                     5,
+                     Limits::max(),
+                     -Limits::max() / 2,
+                     Limits::infinity(),
+                     -Limits::infinity(),
+                     Limits::quiet_NaN()};
+  std::vector<C> values;
+  for (const R x : parts) {
+    for (const R y : parts) values.push_back({x, y});
+  }
+  for (int i = 0; i < 100; ++i) values.push_back(this->randomComplex());
+  for (const C& a : values) {
+    for (const C& b : values) {
+      const int order = ordered(a, b);
+      const bool aIsLast = std::isnan(std::hypot(a.x, a.y)), bIsLast = std::isnan(std::hypot(b.x, b.y));
+      const std::string pair = "(" + std::to_string(a.x) + ", " + std::to_string(a.y) + "), (" + std::to_string(b.x) +
+                               ", " + std::to_string(b.y) + ")";
+      ASSERT_EQ(cmincompare(a, b), order > 0) << pair;
+      ASSERT_EQ(cmaxcompare(a, b), order < 0) << pair;
+      ASSERT_EQ(cminnancompare(a, b), !aIsLast && (bIsLast || order > 0)) << pair;
+      ASSERT_EQ(cmaxnancompare(a, b), !aIsLast && (bIsLast || order < 0)) << pair;
+    }
+  }
+  // Equal magnitudes: the same parts go by angle, others by the smaller part first.
+  EXPECT_TRUE(cmincompare(this->narrow({1, -1}), this->narrow({1, 1})));
+  EXPECT_TRUE(cmincompare(this->narrow({1, 0}), this->narrow({-1, 0})));
+  EXPECT_TRUE(cmincompare(this->narrow({1, 0}), this->narrow({0, 1})));
+  // Magnitudes that overflow are told apart; an infinity beside a NaN is infinite, and ties with every infinity.
+  const R large = Limits::max();
+  EXPECT_TRUE(cmincompare(C{large, large / 2}, C{-large, -large}));
+  EXPECT_FALSE(cmincompare(this->narrow({inf, NaN}), this->narrow({inf, 1})) ||
+               cmaxcompare(this->narrow({inf, NaN}), this->narrow({inf, 1})));
+  EXPECT_TRUE(cminnancompare(this->narrow({NaN, inf}), this->narrow({NaN, 1})));
 }

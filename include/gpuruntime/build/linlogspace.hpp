@@ -32,7 +32,7 @@ class Linspace {
 /// `out[i] = 10^e`, with e the i-th value of Linspace, the last one `stop`.
 ///
 /// Real T: for an integer e repeated squaring of 10 in T, each product rounded by itself, and the correctly rounded
-/// reciprocal of it for e < 0; otherwise the platform's `pow(10, e)`, whose last bits are the platform's. Complex T:
+/// reciprocal of it for e < 0; otherwise 10^e within 1 unit in the last place, the same bits everywhere. Complex T:
 /// the complex power of (10, 0) to e: by repeated multiplication where e is a real integer, by the rule for real T
 /// where e is another real number, and by exp(log(10) * e) where it is not real. n = 0 does nothing. Raises
 /// MessageError if the device can't be asked for its limits.

@@ -8,7 +8,6 @@
 #include "kernel.hpp"
 #include "outputwindow.hpp"
 #include "pack.hpp"
-#include "power.hpp"
 #include "qualifiers.hpp"
 #include "run.hpp"
 #include "runtime.hpp"

@@ -34,4 +34,6 @@ inline constexpr unsigned int vectorBytes = 16;
 
 }  // namespace gpuruntime::platform::detail
 
+#include "../polar.hpp"
+#include "../power.hpp"
 #include "../unrolled.hpp"

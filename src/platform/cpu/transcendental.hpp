@@ -9,25 +9,8 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstring>
-#include <limits>
 
 namespace gpuruntime::platform {
-namespace detail {
-
-inline double doubleOf(std::uint64_t bits) {
-  double value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
-inline std::uint64_t bitsOf(double value) {
-  std::uint64_t bits;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits;
-}
-
-}  // namespace detail
 
 /// `x`, at most 2^53, as a double: exact.
 inline double exactDouble(std::uint64_t x) {
@@ -48,28 +31,6 @@ inline double exactMinusProduct(double x, double a, double b) {
 #else
   return x - a * b;
 #endif
-}
-
-/// sqrt(a^2 + b^2) without overflow or underflow on the way, within 2 units in the last place. +Inf if either is
-/// infinite, else NaN if either is.
-inline double hypot(double a, double b) {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
-  const double first = std::abs(a), second = std::abs(b);
-  const double larger = first > second ? first : second;
-  // Powers of two; within these bounds no square overflows, and one that underflows does not count.
-  const double up = 0x1p600, down = 0x1p-600;
-  const bool tooHigh = larger > 0x1p510, tooLow = larger < 0x1p-450;
-  const double scale = tooHigh ? down : (tooLow ? up : 1.0), back = tooHigh ? up : (tooLow ? down : 1.0);
-  const double x = first * scale, y = second * scale;
-  const double root = std::sqrt(x * x + y * y) * back;
-  return (first == infinity) | (second == infinity) ? infinity : root;
-}
-/// The same in double, where no square of a float leaves the range: within 1 unit in the last place.
-inline float hypot(float a, float b) {
-  constexpr float infinity = std::numeric_limits<float>::infinity();
-  const double x = a, y = b;
-  const auto root = static_cast<float>(std::sqrt(x * x + y * y));
-  return (std::abs(a) == infinity) | (std::abs(b) == infinity) ? infinity : root;
 }
 
 /// The natural logarithm of a positive normal number, within 1 unit in the last place.

@@ -67,21 +67,4 @@ __device__ void erfcinvOfEach(const Block& block, Live, PerThread<double, N>& va
   block.forEachThread([&](Thread thread) { values[thread] = ::erfcinv(values[thread]); });
 }
 
-__host__ __device__ inline double hypot(double a, double b) {
-  return ::hypot(a, b);
-}
-__host__ __device__ inline float hypot(float a, float b) {
-  return ::hypotf(a, b);
-}
-
-template <class T>
-class Power {
- public:
-  __host__ __device__ explicit Power(T exponent) : m_exponent(exponent) {}
-  __host__ __device__ T operator()(T base) const { return std::pow(base, m_exponent); }
-
- private:
-  T m_exponent;
-};
-
 }  // namespace gpuruntime::platform

@@ -26,6 +26,8 @@
 
 #define GPURUNTIME_INLINE __host__ __device__ __forceinline__
 
+#include "../polar.hpp"
+#include "../power.hpp"
 #include "../unrolled.hpp"
 
 namespace gpuruntime::platform {

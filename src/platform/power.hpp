@@ -1,8 +1,8 @@
 /// @file
-/// Powers in loops over many bases, made as transcendental.hpp says.
+/// Powers in loops over many bases, made as polar.hpp is: the same bits on every backend and at every vector level.
 #pragma once
 
-#include "transcendental.hpp"
+#include "bits.hpp"
 
 #include <cmath>
 #include <cstdint>
@@ -12,22 +12,22 @@ namespace gpuruntime::platform {
 namespace detail {
 
 // What stays has 21 bits, so that a product of two such numbers is exact.
-inline double withoutLowWord(double x) {
+GPURUNTIME_INLINE double withoutLowWord(double x) {
   return doubleOf(bitsOf(x) & 0xFFFFFFFF00000000);
 }
 
 // To the nearest integer, of which the lowest bits of the sum hold the lowest.
-inline double nearestInteger(double x) {
+GPURUNTIME_INLINE double nearestInteger(double x) {
   return (x + 0x1.8p52) - 0x1.8p52;
 }
 
 // 2^n for an integer n from -1023 to 1023; 2^-1023 becomes 0.
-inline double powerOfTwo(double n) {
+GPURUNTIME_INLINE double powerOfTwo(double n) {
   return doubleOf(bitsOf(n + (0x1p52 + 1023.0)) << 52);
 }
 
 // 2^(high + low) for a low below the last place of high, both below 2^80.
-inline double exp2OfSum(double high, double low) {
+GPURUNTIME_INLINE double exp2OfSum(double high, double low) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   const double sum = high + low, n = nearestInteger(sum), rest = high - n;
   const double t = withoutLowWord(low + rest);
@@ -44,40 +44,59 @@ inline double exp2OfSum(double high, double low) {
   return sum > 1100.0 ? infinity : (sum < -1100.0 ? 0.0 : power);
 }
 
-// The binary logarithm of a positive finite number as the sum of two, of which the first has 21 bits.
-inline void log2AsSum(double x, double* high, double* low) {
+// A positive finite number as 2^n * m, sqrt(3) / 2 <= m < sqrt(3), with b, the nearer of 1 and 3 / 2 to m, and its
+// binary logarithm as the sum of two.
+struct Reduced {
+  double n, m, b, log2High, log2Low;
+};
+GPURUNTIME_INLINE Reduced reduced(double x) {
   const bool isSubnormal = x < 0x1p-1022;
-  const double scaled = isSubnormal ? x * 0x1p54 : x;
-  // scaled = 2^n * m with sqrt(3) / 2 <= m < sqrt(3).
   constexpr std::uint64_t lowest = 0x3FEBB67AE8584CAA, one = 0x3FF0000000000000;
-  const std::uint64_t shifted = bitsOf(scaled) + (one - lowest);
+  const std::uint64_t shifted = bitsOf(isSubnormal ? x * 0x1p54 : x) + (one - lowest);
   const double m = doubleOf((shifted & 0x000FFFFFFFFFFFFF) + lowest);
   // Behind the leading bit of 2^52 the exponent's bits are a number.
   const double n = doubleOf(shifted >> 52 | 0x4330000000000000) - (0x1p52 + (isSubnormal ? 1077.0 : 1023.0));
-
-  // s = (m - b) / (m + b), with b the nearer of 1 and 3 / 2.
   const bool isUpper = m > 1.224744871391589;
-  const double b = isUpper ? 1.5 : 1.0;
-  const double difference = m - b, sum = m + b, reciprocal = 1.0 / sum, s = difference * reciprocal;
-  const double sHigh = withoutLowWord(s), sumHigh = withoutLowWord(sum), sumLow = m - (sumHigh - b);
+  return {n, m, isUpper ? 1.5 : 1.0, isUpper ? 5.84962487220764160156e-01 : 0.0,
+          isUpper ? 1.35003920212974897128e-08 : 0.0};
+}
+
+// log(m / b) = 2 / 3 * s * (3 + s^2 + r) with s = (m - b) / (m + b): r.
+GPURUNTIME_INLINE double seriesOfLog(double s2) {
+  const double s4 = s2 * s2;
+  return s4 * ((5.99999999999994648725e-01 + s2 * 4.28571428578550184252e-01) +
+               s4 * ((3.33333329818377432918e-01 + s2 * 2.72728123808534006489e-01) +
+                     s4 * (2.30660745775561754067e-01 + s2 * 2.06975017800338417784e-01)));
+}
+
+// The binary logarithm of a positive finite number, within 2^-52 or 2 units in the last place.
+GPURUNTIME_INLINE double log2(double x) {
+  const Reduced part = reduced(x);
+  const double s = (part.m - part.b) / (part.m + part.b), square = s * s;
+  const double ofQuotient = 9.61796693925975554329e-01 * (s * (3.0 + (square + seriesOfLog(square))));
+  return part.n + (part.log2High + (part.log2Low + ofQuotient));
+}
+
+// The same as the sum of two, of which the first has 21 bits, within 2^-64 or as close in proportion.
+GPURUNTIME_INLINE void log2AsSum(double x, double* high, double* low) {
+  const Reduced part = reduced(x);
+  const double n = part.n, b = part.b;
+  const double difference = part.m - b, sum = part.m + b, reciprocal = 1.0 / sum, s = difference * reciprocal;
+  const double sHigh = withoutLowWord(s), sumHigh = withoutLowWord(sum), sumLow = part.m - (sumHigh - b);
   const double sLow = reciprocal * ((difference - sHigh * sumHigh) - sHigh * sumLow);
 
-  // log(m / b) = 2 / 3 * s * (3 + s^2 + r).
-  const double s2 = s * s, s4 = s2 * s2, squareOfHigh = sHigh * sHigh;
-  const double r = s4 * ((5.99999999999994648725e-01 + s2 * 4.28571428578550184252e-01) +
-                         s4 * ((3.33333329818377432918e-01 + s2 * 2.72728123808534006489e-01) +
-                               s4 * (2.30660745775561754067e-01 + s2 * 2.06975017800338417784e-01))) +
-                   sLow * (sHigh + s);
+  const double squareOfHigh = sHigh * sHigh;
+  const double r = seriesOfLog(s * s) + sLow * (sHigh + s);
   const double factorHigh = withoutLowWord(3.0 + squareOfHigh + r), factorLow = r - ((factorHigh - 3.0) - squareOfHigh);
   const double leading = sHigh * factorHigh, trailing = sLow * factorHigh + factorLow * s;
 
-  // Times 2 / (3 log(2)), and log2(b) and n on top.
-  const double bHigh = isUpper ? 5.84962487220764160156e-01 : 0.0, bLow = isUpper ? 1.35003920212974897128e-08 : 0.0;
+  // Times 2 / (3 log(2)), with log2(b) and n on top.
   const double productHigh = withoutLowWord(leading + trailing), productLow = trailing - (productHigh - leading);
   const double logHigh = 9.61796700954437255859e-01 * productHigh;
-  const double logLow = -7.02846165095275826516e-09 * productHigh + productLow * 9.61796693925975554329e-01 + bLow;
-  *high = withoutLowWord(((logHigh + logLow) + bHigh) + n);
-  *low = logLow - (((*high - n) - bHigh) - logHigh);
+  const double logLow =
+      -7.02846165095275826516e-09 * productHigh + productLow * 9.61796693925975554329e-01 + part.log2Low;
+  *high = withoutLowWord(((logHigh + logLow) + part.log2High) + n);
+  *low = logLow - (((*high - n) - part.log2High) - logHigh);
 }
 
 }  // namespace detail
@@ -90,7 +109,7 @@ inline void log2AsSum(double x, double* high, double* low) {
 template <class T>
 class Power {
  public:
-  explicit Power(T exponent) {
+  GPURUNTIME_INLINE explicit Power(T exponent) {
     constexpr double infinity = std::numeric_limits<double>::infinity(), NaN = std::numeric_limits<double>::quiet_NaN();
     const double y = exponent;
     const bool isInteger = std::floor(y) == y, isOdd = isInteger && std::floor(y * 0.5) != y * 0.5;
@@ -103,7 +122,7 @@ class Power {
     m_signs = isOdd ? 0x8000000000000000 : 0;
   }
 
-  T operator()(T base) const {
+  GPURUNTIME_INLINE T operator()(T base) const {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const double x = base, magnitude = std::abs(x);
     double power = ofMagnitude(magnitude);
@@ -116,9 +135,9 @@ class Power {
   }
 
  private:
-  double ofMagnitude(double x) const {
+  GPURUNTIME_INLINE double ofMagnitude(double x) const {
     if constexpr (sizeof(T) == sizeof(float)) {
-      return detail::exp2OfSum(m_y * (logOfNormal(x) * 1.44269504088896338700e+00), 0.0);
+      return detail::exp2OfSum(m_y * detail::log2(x), 0.0);
     } else {
       double high, low;
       detail::log2AsSum(x, &high, &low);
