@@ -68,9 +68,10 @@ void addFloating(Lines& lines) {
   addAnswers<gpuruntime::IsNaN, bool, T>(lines, "IsNaN");
   addAnswers<gpuruntime::IsInf, bool, T>(lines, "IsInf");
   addAnswers<gpuruntime::IsNaNOrInf, bool, T>(lines, "IsNaNOrInf");
-  lines.exact("Abs", ofTrickyValues<gpuruntime::Abs, R, T>());
+  const std::string ofType = isComplex<T> ? "OfComplex" : "";
+  lines.exact("Abs" + ofType, ofTrickyValues<gpuruntime::Abs, R, T>());
   for (const double p : {2.0, 3.0, -1.7}) {
-    lines.exact("AbsPowerTo[" + std::to_string(p) + "]", filled<R>(n, [&](R* out) {
+    lines.exact("AbsPower" + ofType + "To[" + std::to_string(p) + "]", filled<R>(n, [&](R* out) {
                   typename gpuruntime::AbsPower::Invoker<T>()(nullptr, out, input.data(), p, n);
                 }));
   }
