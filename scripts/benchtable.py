@@ -20,12 +20,12 @@ def noise(result):
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
-    rows = [("benchmark", "median time", "noise", "GB/s", "G items/s", "of copy", "of fill")]
+    rows = [("benchmark", "median time", "noise", "GB/s", "G items/s", "of copy", "of fill", "of read")]
     for name, result in read(sys.argv[1]).items():
         run = result.run
         rows.append((name, seconds(result.median), noise(result), giga(run, "bytes_per_second"),
                      giga(run, "items_per_second"), percent(run, "copyFraction"),
-                     percent(run, "fillFraction")))
+                     percent(run, "fillFraction"), percent(run, "readFraction")))
     print(table(rows))
 
 

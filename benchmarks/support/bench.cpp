@@ -46,4 +46,13 @@ double copyBandwidth() {
   return bandwidth;
 }
 
+double readBandwidth() {
+  static const double bandwidth = [] {
+    DeviceArray<double> array(largeCount);
+    gpuruntime::recipes::fillOnDevice(array.data(), 0, bytes);
+    return bytes / medianSeconds([&] { gpuruntime::CheckNaN::Invoker<double>()(nullptr, array.data(), largeCount); });
+  }();
+  return bandwidth;
+}
+
 }  // namespace benchsupport

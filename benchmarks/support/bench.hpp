@@ -20,10 +20,13 @@ inline constexpr unsigned long largeSide = 8192;
 double fillBandwidth();
 double copyBandwidth();
 
-/// Runs `call` once an iteration, waiting for the stream, and reports bytes, elements and, for large cases, the
-/// fraction of fill bandwidth (nothing read) or copy bandwidth that `bytesRead + bytesWritten` makes.
+/// Bytes per second that all cores, or a device, read when they do no more than look for a NaN, by CheckNaN.
+double readBandwidth();
+
+/// Runs `call` once an iteration, waiting for the stream, and reports `bytes` and elements, and the fraction of the
+/// machine's bandwidth that the bytes make.
 template <class Call>
-void measure(benchmark::State& state, unsigned long elements, unsigned long bytesRead, unsigned long bytesWritten,
+void measure(benchmark::State& state, unsigned long elements, unsigned long bytes, const char* fraction, double machine,
              Call call) {
   call();
   gpuruntime::recipes::synchronise();
@@ -32,13 +35,28 @@ void measure(benchmark::State& state, unsigned long elements, unsigned long byte
     gpuruntime::recipes::synchronise();
   }
   const auto iterations = static_cast<double>(state.iterations());
-  const double bytes = static_cast<double>(bytesRead + bytesWritten);
-  using benchmark::Counter;
-  state.SetBytesProcessed(static_cast<long>(bytes * iterations));
+  state.SetBytesProcessed(static_cast<long>(static_cast<double>(bytes) * iterations));
   state.SetItemsProcessed(static_cast<long>(static_cast<double>(elements) * iterations));
-  const double machine = bytesRead == 0 ? fillBandwidth() : copyBandwidth();
-  state.counters[bytesRead == 0 ? "fillFraction" : "copyFraction"] =
-      Counter(bytes * iterations / machine, Counter::kIsRate);
+  state.counters[fraction] =
+      benchmark::Counter(static_cast<double>(bytes) * iterations / machine, benchmark::Counter::kIsRate);
+}
+
+/// The same, held against fill bandwidth (nothing read) or copy bandwidth.
+template <class Call>
+void measure(benchmark::State& state, unsigned long elements, unsigned long bytesRead, unsigned long bytesWritten,
+             Call call) {
+  if (bytesRead == 0) {
+    measure(state, elements, bytesWritten, "fillFraction", fillBandwidth(), call);
+  } else {
+    measure(state, elements, bytesRead + bytesWritten, "copyFraction", copyBandwidth(), call);
+  }
+}
+
+/// The same, held against read bandwidth: for calls that write little.
+template <class Call>
+void measureReading(benchmark::State& state, unsigned long elements, unsigned long bytesRead,
+                    unsigned long bytesWritten, Call call) {
+  measure(state, elements, bytesRead + bytesWritten, "readFraction", readBandwidth(), call);
 }
 
 /// Runs `call` once an iteration on one element: what a call costs by itself.

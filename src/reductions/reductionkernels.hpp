@@ -36,34 +36,33 @@ GPURUNTIME_DEVICE Acc threadBlockReduction(const Block& block, ReductionStorage<
   return shared.sData[0];
 }
 
-/// Reduces neighbouring segments of n elements, n at most MOST, with a thread for each. The bits are those of a block
-/// for each.
+/// Reduces SEGMENTS neighbouring segments of n elements, n at most MOST. The bits are those of a block for each.
 ///
 /// In a block for n elements, lanes from n up hold the identity. With h the largest power of two below n, all that
 /// happens before distance h is that each element is combined with the identity, at one distance after the other. Only
 /// the first time can make a difference, to a -0. At h, lanes from n - h up find no partner but the identity.
-template <unsigned int MOST, class In, class Acc, class Transform, class Op, class Block>
+template <unsigned int MOST, unsigned int SEGMENTS, class In, class Acc, class Transform, class Op, class Block>
 GPURUNTIME_DEVICE void reduceSideBySide(const Block& block, Acc* out, const In* in, unsigned long n) {
   using Lane = LaneOf<In, Acc>;
-  const Lane identity = static_cast<Lane>(Op::identity());
-  // Lane by lane, each of all segments; the last of all holds identities.
-  Lane lanes[MOST + 1][Block::size];
-  block.forEachThread([&](Thread thread) { lanes[MOST][thread.x] = identity; });
-  for (unsigned int lane = 0; lane < n; ++lane) {
-    block.forEachThread([&](Thread thread) {
-      lanes[lane][thread.x] = Op::apply(static_cast<Lane>(Transform::apply(in[thread.x * n + lane])), identity);
+  // Lane by lane, each of all segments.
+  In elements[MOST * SEGMENTS];
+  Lane lanes[MOST * SEGMENTS];
+  const auto threads = block.template withShape<MOST * SEGMENTS>();
+  unsigned long h = 1;
+  while (2 * h < n) h *= 2;
+  platform::loadRuns<SEGMENTS>(elements, in, n);
+  threads.forEachThread(Live{2 * h * SEGMENTS},
+                        [&](Thread thread) { lanes[thread.x] = static_cast<Lane>(Op::identity()); });
+  threads.forEachThread(Live{n * SEGMENTS}, [&](Thread thread) {
+    lanes[thread.x] =
+        Op::apply(static_cast<Lane>(Transform::apply(elements[thread.x])), static_cast<Lane>(Op::identity()));
+  });
+  for (; h > 0; h /= 2) {
+    threads.forEachThread(Live{h * SEGMENTS}, [&](Thread thread) {
+      lanes[thread.x] = Op::apply(lanes[thread.x], lanes[thread.x + h * SEGMENTS]);
     });
   }
-  unsigned int h = 1;
-  while (2 * h < n) h *= 2;
-  for (; h > 0; h /= 2) {
-    for (unsigned int lane = 0; lane < h; ++lane) {
-      const unsigned int partner = lane + h < n ? lane + h : MOST;
-      block.forEachThread(
-          [&](Thread thread) { lanes[lane][thread.x] = Op::apply(lanes[lane][thread.x], lanes[partner][thread.x]); });
-    }
-  }
-  block.forEachThread([&](Thread thread) { out[thread.x] = static_cast<Acc>(lanes[0][thread.x]); });
+  threads.forEachThread(Live{SEGMENTS}, [&](Thread thread) { out[thread.x] = static_cast<Acc>(lanes[thread.x]); });
 }
 
 /// Reduces contiguous segments of L elements, a block each; the last may be shorter.
@@ -85,8 +84,7 @@ struct SegmentedReduceKernel : BlockFunctor<BLOCK_SIZE> {
       const unsigned long first = it.block / joined * joined;
       if (L <= BLOCK_SIZE / 2 && (first + joined) * L <= N) {
         if (it.block != first) return;  // A neighbour does this block's part.
-        const auto segments = block.template withShape<joined>();
-        return reduceSideBySide<BLOCK_SIZE / 2, In, Acc, Transform, Op>(segments, out + first, in + start, L);
+        return reduceSideBySide<BLOCK_SIZE / 2, joined, In, Acc, Transform, Op>(block, out + first, in + start, L);
       }
     }
     GPURUNTIME_SHARED(Storage, shared);

@@ -11,9 +11,16 @@ namespace gpuruntime::reductiontransforms {
 
 using gpucommon::CUDATraits;
 
+/// The element; of a `bool`, true for every byte but 0.
 template <class T>
 struct NoOp {
-  static GPURUNTIME_DEVICE T apply(const T& value) { return value; }
+  static GPURUNTIME_DEVICE T apply(const T& value) {
+    if constexpr (std::is_same_v<T, bool>) {
+      return !CUDATraits<T>::isZero(value);
+    } else {
+      return value;
+    }
+  }
 };
 
 /// The conversion to `double` or `double2`, rounded to nearest; `bool` gives 1 for every byte but 0.

@@ -4,22 +4,6 @@ namespace {
 
 using namespace testsupport;
 
-// The answers by the C library, for an element or for the parts of one.
-struct Answers {
-  bool zero, nan, inf;
-};
-
-template <class T>
-Answers answersOf(const T& value) {
-  if constexpr (isComplex<T>) {
-    const Answers x = answersOf(value.x), y = answersOf(value.y);
-    return {x.zero && y.zero, x.nan || y.nan, x.inf || y.inf};
-  } else {
-    const long double exact = exactValue(value);
-    return {exact == 0, std::isnan(exact), std::isinf(exact)};
-  }
-}
-
 template <class T>
 struct LogicalTest : ::testing::Test {
   template <class Family, class Expected>

@@ -87,6 +87,22 @@ HostArray<T> trickyValues(bool few = false) {
   }
 }
 
+/// What the C library says of an element, or of its parts.
+struct Answers {
+  bool zero, nan, inf;
+};
+
+template <class T>
+Answers answersOf(const T& value) {
+  if constexpr (isComplex<T>) {
+    const Answers x = answersOf(value.x), y = answersOf(value.y);
+    return {x.zero && y.zero, x.nan || y.nan, x.inf || y.inf};
+  } else {
+    const long double exact = exactValue(value);
+    return {exact == 0, std::isnan(exact), std::isinf(exact)};
+  }
+}
+
 /// The same with every NaN as one bit pattern.
 template <class T>
 T withPlainNaN(T value) {

@@ -87,8 +87,9 @@ GPURUNTIME_INLINE void transposeCorner(const T* from, unsigned long fromPitch, T
     transposeCorner(from, fromPitch, to, toPitch, std::make_index_sequence<SIDE>());
   } else {
     for (unsigned int row = 0; row < SIDE; ++row) {
-      for (unsigned int column = 0; column < SIDE; ++column)
-        to[row * toPitch + column] = from[column * fromPitch + row];
+      for (unsigned int column = 0; column < SIDE; ++column) {
+        std::memcpy(to + row * toPitch + column, from + column * fromPitch + row, sizeof(T));
+      }
     }
   }
 }
@@ -310,6 +311,48 @@ GPURUNTIME_INLINE void storeRuns(const Block&, Live live, const PerThread<T, N> 
   for (; lane < threads; ++lane) {
     for (unsigned int i = 0; i < 8; ++i) out[lane * pitch + i] = values[i].slots()[lane];
   }
+}
+
+namespace detail {
+
+/// Columns [first, ...) of a matrix of ROWS rows of n elements, as rows, by squares of SIDE as long as they fit;
+/// returns the first column left.
+template <unsigned int ROWS, unsigned int SIDE, class T>
+GPURUNTIME_INLINE unsigned long transposeSquares(T* columns, const T* in, unsigned long n, unsigned long first) {
+  if constexpr (SIDE <= cornerSide<T>) {
+    for (; first + SIDE <= n; first += SIDE) {
+      for (unsigned int row = 0; row < ROWS; row += SIDE) {
+        transposeCorner<SIDE>(in + row * n + first, n, columns + first * ROWS + row, ROWS);
+      }
+    }
+  }
+  return first;
+}
+
+// Not inlined, and on bits, which move by memcpy: once for each width, however many kernels load their runs by it.
+template <unsigned int ROWS, class T>
+__attribute__((noinline)) void transposeRuns(T* columns, const T* in, unsigned long n) {
+  unsigned long column = transposeSquares<ROWS, 16>(columns, in, n, 0);
+  column = transposeSquares<ROWS, 8>(columns, in, n, column);
+  column = transposeSquares<ROWS, 4>(columns, in, n, column);
+  column = transposeSquares<ROWS, 2>(columns, in, n, column);
+  transposeSquares<ROWS, 1>(columns, in, n, column);
+}
+
+template <>
+struct BitsOf<16> {
+  struct type {
+    std::uint64_t words[2];
+  };
+};
+
+}  // namespace detail
+
+/// Loads RUNS runs of n elements that lie behind each other: element k of run t to `columns[k * RUNS + t]`.
+template <unsigned int RUNS, class T>
+GPURUNTIME_INLINE void loadRuns(T* columns, const T* in, unsigned long n) {
+  using Bits = typename detail::BitsOf<sizeof(T)>::type;
+  detail::transposeRuns<RUNS>(reinterpret_cast<Bits*>(columns), reinterpret_cast<const Bits*>(in), n);
 }
 
 }  // namespace gpuruntime::platform

@@ -242,6 +242,9 @@ __device__ void storeRuns(const Block&, Live live, const PerThread<T, N> (&value
   unrolled<8>([&](auto i) { target[i] = values[i][thread]; });
 }
 
+template <unsigned int RUNS, class T>
+__device__ void loadRuns(T* columns, const T* in, unsigned long n);  // Only where blocks are joined.
+
 // The device hides its latencies by itself, and its blocks run in an order of its own.
 template <unsigned int N, class T>
 __device__ void prefetchNextTile(const T*, unsigned long) {}

@@ -1,0 +1,18 @@
+#include "support/bench.hpp"
+
+namespace {
+
+using namespace benchsupport;
+
+template <class T, unsigned long L>
+void hasNaNOrTrueOfSegments(benchmark::State& state) {
+  DeviceArray<T> in(largeCount);
+  DeviceArray<bool> out(largeCount / L);
+  gpuruntime::recipes::fillOnDevice(in.data(), 0, in.bytes());
+  measureReading(state, largeCount, in.bytes(), out.bytes(),
+                 [&] { gpuruntime::HasNaN::Invoker<T>()(nullptr, out.data(), in.data(), largeCount, L); });
+}
+GPURUNTIME_BENCHMARK(hasNaNOrTrueOfSegments<double, (1 << 26)>);
+GPURUNTIME_BENCHMARK(hasNaNOrTrueOfSegments<double, 64>);
+
+}  // namespace
