@@ -27,5 +27,7 @@
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>
+#include <gpuruntime/reductions/cumprod.hpp>
+#include <gpuruntime/reductions/cumsum.hpp>
 #include <gpuruntime/util/device.hpp>
 #include <gpuruntime/util/messageerror.hpp>
