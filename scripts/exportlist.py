@@ -76,10 +76,13 @@ def spell(parameter, types):
         parameter = re.sub(r"\b%s\b" % name, value, parameter)
     for alias, value in ALIASES.items():
         parameter = re.sub(r"(?<![\w:])%s\b" % alias, value, parameter)
-    # Dependent types: the real type of the parts of T, and the complex type of such parts.
+    # Dependent types: the real type of the parts of T, the complex type of such parts, and the double of T's kind.
     for which in ("RealOf", "ComplexOf"):
         parameter = re.sub(r"\b(?:gpuruntime::)?%s<([\w\s]+)>" % which,
                            lambda match: PARTS[match.group(1).strip()][which == "ComplexOf"], parameter)
+    parameter = re.sub(r"\bDoubleOf<([\w\s]+)>",
+                       lambda match: "double2" if match.group(1) in (row[1] for row in PARTS.values()) else "double",
+                       parameter)
     if not re.fullmatch(r"[\w:\s*&]+", parameter):
         raise ValueError("exportlist.py can't spell the parameter type '%s'" % parameter.strip())
     words, other, suffix, constant = [], "", "", False

@@ -101,6 +101,10 @@ GPURUNTIME_DEFINE_LIST(RealFloatTypes, GPURUNTIME_REAL_FLOAT_TYPES);
 GPURUNTIME_DEFINE_LIST(ComplexFloatTypes, GPURUNTIME_COMPLEX_FLOAT_TYPES);
 GPURUNTIME_DEFINE_LIST(DoubleAndIntTypes, GPURUNTIME_DOUBLE_AND_INT_TYPES);
 
+/// `double` for a real type, `double2` for a complex one.
+template <class T>
+using DoubleOf = std::conditional_t<detail::IsMember<T, ComplexTypes>::value, double2, double>;
+
 }  // namespace gpuruntime
 
 /// Stands first in every Invoker: a type outside the family's list is refused by name, at compile time.

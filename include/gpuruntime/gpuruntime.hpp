@@ -27,7 +27,15 @@
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>
+#include <gpuruntime/reductions/all.hpp>
+#include <gpuruntime/reductions/any.hpp>
+#include <gpuruntime/reductions/countnonzero.hpp>
 #include <gpuruntime/reductions/cumprod.hpp>
 #include <gpuruntime/reductions/cumsum.hpp>
+#include <gpuruntime/reductions/hasinfortrue.hpp>
+#include <gpuruntime/reductions/hasnanorinfortrue.hpp>
+#include <gpuruntime/reductions/hasnanortrue.hpp>
+#include <gpuruntime/reductions/prod.hpp>
+#include <gpuruntime/reductions/sum.hpp>
 #include <gpuruntime/util/device.hpp>
 #include <gpuruntime/util/messageerror.hpp>

@@ -24,16 +24,23 @@ struct Prod {
   static GPURUNTIME_DEVICE T apply(const T& a, const T& b) { return gpucommon::multiply(a, b); }
 };
 
-// Joined by & and |: with && and || the loops over lanes would keep branches.
+// And and Or take their truth values in any type, as 0 and 1. They are joined by & and |: with && and || the loops over
+// lanes would keep branches.
 
 struct And {
   static GPURUNTIME_DEVICE bool identity() { return true; }
-  static GPURUNTIME_DEVICE bool apply(bool a, bool b) { return a & b; }
+  template <class Flag>
+  static GPURUNTIME_DEVICE Flag apply(Flag a, Flag b) {
+    return a & b;
+  }
 };
 
 struct Or {
   static GPURUNTIME_DEVICE bool identity() { return false; }
-  static GPURUNTIME_DEVICE bool apply(bool a, bool b) { return a | b; }
+  template <class Flag>
+  static GPURUNTIME_DEVICE Flag apply(Flag a, Flag b) {
+    return a | b;
+  }
 };
 
 }  // namespace gpuruntime::reductionoperators

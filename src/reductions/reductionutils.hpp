@@ -9,6 +9,9 @@
 
 #include <gpuruntime/launcher/fixed1dblockand1dgrid.hpp>
 
+#include <type_traits>
+
+#include "gpucommon/CUDATypes.hpp"
 #include "gpucommon/hostDeviceCommonArithmetic.hpp"
 
 namespace gpuruntime::reductionhelpers {
@@ -58,10 +61,16 @@ GPURUNTIME_DEVICE bool calculateAndCheckStridedIdx(const cuda::Fixed1DBlockAnd1D
   return true;
 }
 
+/// What a lane carries along: the accumulator, or, for a logical one, a word as wide as the parts of an element, so
+/// that a loop over lanes deals with one width only.
+template <class In, class Acc>
+using LaneOf =
+    std::conditional_t<std::is_same_v<Acc, bool> && !std::is_same_v<In, bool>, gpucommon::StorageOf<RealOf<In>>, Acc>;
+
 /// What a lane begins with: the transformed element, or the operator's identity where the segment has none.
 template <class In, class Acc, class Transform, class Op>
 GPURUNTIME_DEVICE Acc getStartingValue(const In* in, unsigned long index, unsigned long end) {
-  return index < end ? Acc(Transform::apply(in[index])) : Op::identity();
+  return index < end ? static_cast<Acc>(Transform::apply(in[index])) : static_cast<Acc>(Op::identity());
 }
 
 }  // namespace gpuruntime::reductionhelpers

@@ -4,6 +4,7 @@
 
 #include "../extent.hpp"
 #include "checking.hpp"
+#include "executor.hpp"
 #include "qualifiers.hpp"
 
 #include <cstring>
@@ -99,6 +100,23 @@ class Block {
     }
   }
 
+  /// Runs `step(Thread, element)` for the element that a thread of a one-dimensional block has in each of `rows` rows,
+  /// in order: `in[row * pitch + thread.x]`.
+  template <class T, class Step>
+  GPURUNTIME_INLINE void forEachRow(Live live, const T* in, unsigned long pitch, unsigned long rows, Step step) const {
+    if constexpr (checking::enabled) {
+      for (unsigned long row = 0; row < rows; ++row) {
+        forEachThread(live, [&](Thread thread) {
+          if (thread.x < live.x) step(thread, in[row * pitch + thread.x]);
+        });
+      }
+    } else {
+      const ThreadIndex threads = live.x < shape().x ? live.x : shape().x;
+      const auto run = [&](ThreadRange range, RowRange part) { runRows(range, in, pitch, part, step); };
+      shareRows(blocks(), threads, sizeof(T), {0, rows}, run);
+    }
+  }
+
   /// True if the test holds for some thread.
   template <class Test>
   GPURUNTIME_INLINE bool findsAny(Live live, Test test) const {
@@ -109,7 +127,28 @@ class Block {
 
   void sync() const {}
 
+  unsigned long blocks() const { return static_cast<unsigned long>(grid_.x) * grid_.y * grid_.z; }
+
  private:
+  // Several rows in one loop over the threads keep what a thread carries along in a register.
+  static constexpr unsigned int rowsAtOnce = 8;
+
+  template <class T, class Step>
+  static GPURUNTIME_INLINE void runRows(ThreadRange range, const T* in, unsigned long pitch, RowRange rows, Step step) {
+    const T* from = in + rows.first * pitch;
+    unsigned long left = rows.last - rows.first;
+    for (; left >= rowsAtOnce; left -= rowsAtOnce, from += rowsAtOnce * pitch) {
+      GPURUNTIME_SIMD
+      for (ThreadIndex x = range.first; x < range.last; ++x) {
+        unrolled<rowsAtOnce>([&](auto row) { step(Thread{x, 0, 0, x}, from[row * pitch + x]); });
+      }
+    }
+    for (; left > 0; --left, from += pitch) {
+      GPURUNTIME_SIMD
+      for (ThreadIndex x = range.first; x < range.last; ++x) step(Thread{x, 0, 0, x}, from[x]);
+    }
+  }
+
   template <class Step>
   GPURUNTIME_INLINE void runThreads(ThreadIndex endX, ThreadIndex endY, ThreadIndex endZ, Step step) const {
     const ThreadIndex sizeX = shape().x, sizeY = shape().y;
@@ -125,6 +164,9 @@ class Block {
   Extent grid_;
   Extent shape_;
 };
+
+/// Blocks whose work is best done at once, if each has little to do. The checking mode runs them one by one.
+inline constexpr unsigned int joinedBlocks = checking::enabled ? 1 : 16;
 
 /// A variable of each thread of a block of at most N threads that lives across steps.
 template <class T, unsigned int N>

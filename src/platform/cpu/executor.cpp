@@ -4,9 +4,11 @@
 
 #include <oneapi/tbb/blocked_range.h>
 #include <oneapi/tbb/parallel_for.h>
+#include <oneapi/tbb/task_arena.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 
 namespace gpuruntime::platform::detail {
 namespace {
@@ -54,6 +56,30 @@ void executeBlocks(unsigned long count, void (*run)(const void* body, BlockRange
   oneapi::tbb::parallel_for(Range(first, count, grain), [=](const Range& blocks) {
     run(body, {blocks.begin(), blocks.end()});
   });
+}
+
+bool isWorthSharing(unsigned long blocks, unsigned long threads, unsigned long elementBytes, RowRange rows) {
+  constexpr unsigned long longBytes = 1UL << 20;
+  const unsigned long bytes = (rows.last - rows.first) * threads * elementBytes;
+  return bytes >= longBytes && blocks < 4 * static_cast<unsigned long>(oneapi::tbb::this_task_arena::max_concurrency());
+}
+
+void shareRows(unsigned long threads, unsigned long elementBytes, RowRange rows,
+               void (*run)(const void* body, ThreadRange threads, RowRange rows), const void* body) {
+  // Bands of rows keep the cores together, so that what one of them fetches too early serves the others.
+  static const unsigned long bandBytes = getenv("BAND") ? atol(getenv("BAND")) : 1UL << 22;
+  const unsigned long band = std::max(64UL, bandBytes / (threads * elementBytes));
+  const auto cores = static_cast<unsigned long>(oneapi::tbb::this_task_arena::max_concurrency());
+  const unsigned long perLine = 64 / elementBytes;
+  const unsigned long lines = (threads + perLine - 1) / perLine;
+  const unsigned long grain = (lines + cores - 1) / cores * perLine;
+  const unsigned long parts = (threads + grain - 1) / grain;
+  for (unsigned long row = rows.first; row < rows.last; row += band) {
+    const RowRange part{row, std::min(rows.last, row + band)};
+    oneapi::tbb::parallel_for(0UL, parts, [=](unsigned long p) {
+      run(body, {p * grain, std::min(threads, (p + 1) * grain)}, part);
+    });
+  }
 }
 
 }  // namespace gpuruntime::platform::detail

@@ -110,6 +110,14 @@ class Block {
     forEachThread(step);
   }
 
+  template <class T, class Step>
+  __device__ void forEachRow(Live live, const T* in, unsigned long pitch, unsigned long rows, Step step) const {
+    forEachThread([&](Thread thread) {
+      if (thread.x >= live.x) return;
+      for (unsigned long row = 0; row < rows; ++row) step(thread, in[row * pitch + thread.x]);
+    });
+  }
+
   template <class Step>
   __device__ void forEachPack(Live, Step step) const {
     step(Pack{threadIdx.x});
@@ -275,6 +283,7 @@ template <class T, unsigned int N>
 inline constexpr unsigned int joinedTiles = 1;
 template <class T>
 inline constexpr unsigned int joinedRuns = 1;
+inline constexpr unsigned int joinedBlocks = 1;
 
 template <class... Args>
 using Kernel = void (*)(Args...);

@@ -1,0 +1,19 @@
+#include <gpuruntime/reductions/all.hpp>
+
+#include "reductions/reductionkernels.hpp"
+#include "reductions/reductionoperators.hpp"
+#include "reductions/reductiontransforms.hpp"
+#include "util/force_instantiate_util.hpp"
+
+namespace gpuruntime {
+
+template <class T>
+void All::Invoker<T>::operator()(CUstream_st* stream, bool* output, T const* input, unsigned long N, unsigned long L,
+                                 unsigned long S) const {
+  reductionkernels::reduce<T, bool, reductiontransforms::IsNotZero<T>, reductionoperators::And>(stream, output, input,
+                                                                                                N, L, S);
+}
+
+GPURUNTIME_INSTANTIATE(All, ALL_TYPES);
+
+}  // namespace gpuruntime
