@@ -30,6 +30,8 @@
 #include <gpuruntime/reductions/all.hpp>
 #include <gpuruntime/reductions/any.hpp>
 #include <gpuruntime/reductions/countnonzero.hpp>
+#include <gpuruntime/reductions/cumprod.hpp>
+#include <gpuruntime/reductions/cumsum.hpp>
 #include <gpuruntime/reductions/hasinfortrue.hpp>
 #include <gpuruntime/reductions/hasnanorinfortrue.hpp>
 #include <gpuruntime/reductions/hasnanortrue.hpp>

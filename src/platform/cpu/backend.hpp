@@ -8,6 +8,7 @@
 #include "kernel.hpp"
 #include "outputwindow.hpp"
 #include "pack.hpp"
+#include "pairtrees.hpp"
 #include "qualifiers.hpp"
 #include "run.hpp"
 #include "runtime.hpp"

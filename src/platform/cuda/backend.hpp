@@ -147,6 +147,32 @@ class PerThread {
   T value_;
 };
 
+/// A node stands in the place of its right child. One more cell after every 16 keeps the nodes of a level, a power of
+/// two apart, from falling on one memory bank.
+template <class T, unsigned int N>
+class PairTrees {
+ public:
+  static constexpr bool standsOnArrays = false;
+  static constexpr unsigned int leaves = N;
+
+  __device__ void useOwnLeaves() {}
+  __device__ void useArray(T*) {}
+
+  struct Level {
+    T* cells;
+    unsigned int level;
+
+    __device__ T& operator[](ThreadIndex index) const {
+      const unsigned int leaf = ((index + 1) << level) - 1;
+      return cells[leaf + (leaf >> 4)];
+    }
+  };
+  __device__ Level level(unsigned int level) { return {cells_, level}; }
+
+ private:
+  T cells_[N + N / 16];
+};
+
 /// Device stores go through the cache of the device, which writes whole lines by itself.
 template <class T, unsigned int N = 256, unsigned int PER_THREAD = 1>
 class OutputWindow {
