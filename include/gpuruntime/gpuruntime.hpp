@@ -27,5 +27,8 @@
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>
+#include <gpuruntime/sorting/issortedKernel.hpp>
+#include <gpuruntime/sorting/sortMatrix.hpp>
+#include <gpuruntime/sorting/sortVector.hpp>
 #include <gpuruntime/util/device.hpp>
 #include <gpuruntime/util/messageerror.hpp>
