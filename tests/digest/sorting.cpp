@@ -10,7 +10,8 @@ void addType(Lines& lines) {
   const std::vector<HostArray<T>> inputs = testsupport::sortInputs<T>(n);
   for (const bool ascending : {true, false}) {
     const std::string direction = ascending ? "Ascending" : "Descending";
-    // Few distinct values with an index tell whether the sort is stable, the last but one input has values of all sizes.
+    // Few distinct values with an index tell whether the sort is stable, the last but one input has values of all
+    // sizes.
     GuardedArray<T> few(inputs[0]), any(inputs[inputs.size() > 4 ? inputs.size() - 2 : 3]), columns(inputs[0]);
     GuardedArray<double> index(HostArray<double>::counting(n));
     HostArray<int> keys(n);
