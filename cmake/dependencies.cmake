@@ -22,4 +22,9 @@ if(GPURUNTIME_BACKEND STREQUAL "cpu")
     message(FATAL_ERROR "oneTBB is missing. Install the package libtbb-dev (apt-get install libtbb-dev).")
   endif()
   target_link_libraries(gpuruntimeDependencies INTERFACE TBB::tbb)
+
+  # Thrust's headers: those of a CUDA toolkit where there is one, which nvcc finds by itself, or the system's.
+  gpuruntime_require_header(THRUST_INCLUDE_FOLDER thrust/version.h libthrust-dev
+    /usr/local/cuda/include/cccl /usr/local/cuda/include)
+  target_include_directories(gpuruntimeDependencies SYSTEM INTERFACE ${THRUST_INCLUDE_FOLDER})
 endif()

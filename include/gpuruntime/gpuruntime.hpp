@@ -37,5 +37,8 @@
 #include <gpuruntime/reductions/hasnanortrue.hpp>
 #include <gpuruntime/reductions/prod.hpp>
 #include <gpuruntime/reductions/sum.hpp>
+#include <gpuruntime/sorting/issortedKernel.hpp>
+#include <gpuruntime/sorting/sortMatrix.hpp>
+#include <gpuruntime/sorting/sortVector.hpp>
 #include <gpuruntime/util/device.hpp>
 #include <gpuruntime/util/messageerror.hpp>

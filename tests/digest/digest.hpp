@@ -124,5 +124,6 @@ void addComplex(Lines& lines);
 void addElements(Lines& lines);
 void addElmath(Lines& lines);
 void addReductions(Lines& lines);
+void addSorting(Lines& lines);
 
 }  // namespace digest

@@ -88,6 +88,7 @@ int main(int argc, char** argv) {
   digest::addElements(run);
   digest::addElmath(run);
   digest::addReductions(run);
+  digest::addSorting(run);
   const std::vector<std::string>& actual = run.lines();
   if (argc == 1) {
     for (const std::string& line : actual) std::cout << line << "\n";

@@ -7,6 +7,7 @@
 
 #include "gpucommon/testvalues.hpp"
 #include "gtest/gtest.h"
+#include "support/complexorder.hpp"
 
 using namespace gpucommon::scalarmath;
 
@@ -234,35 +235,6 @@ TYPED_TEST(PtxMathComplex, powersByRealPowerAndByLogarithm) {
   EXPECT_LT(epsilonsFrom(Reference(1, std::sqrt(3.0L)), cubeRoot), 4);
 }
 
-namespace {
-
-// The order step by step, with the magnitudes and angles of the C library: 1 if a comes first, -1 if b does, 0 if no
-// step tells them apart.
-template <class C>
-int ordered(const C& a, const C& b) {
-  using R = decltype(C::x);
-  const auto compared = [](R first, R second) { return first < second ? 1 : (second < first ? -1 : 0); };
-  const R largeA = std::hypot(a.x, a.y), largeB = std::hypot(b.x, b.y);
-  if (const int order = compared(largeA, largeB)) return order;
-  if (std::isinf(largeB)) {
-    const auto half = [](const C& z) {
-      return std::isnan(z.x) || std::isnan(z.y) ? R(NaN) : std::hypot(z.x * R(0.5), z.y * R(0.5));
-    };
-    if (const int order = compared(half(a), half(b))) return order;
-  }
-  const auto sorted = [](const C& z) {
-    const R re = std::abs(z.x), im = std::abs(z.y);
-    return re > im ? C{re, im} : C{im, re};
-  };
-  if (sorted(a).x == sorted(b).x) {
-    if (const int order = compared(sorted(a).y, sorted(b).y)) return order;
-  }
-  const auto angle = [](const C& z) { return static_cast<R>(std::atan2(static_cast<long double>(z.y), z.x)); };
-  return compared(angle(a), angle(b));
-}
-
-}  // namespace
-
 TYPED_TEST(PtxMathComplex, orderByMagnitudePartsAndAngle) {
   using C = TypeParam;
   using R = decltype(C::x);
@@ -287,7 +259,7 @@ TYPED_TEST(PtxMathComplex, orderByMagnitudePartsAndAngle) {
   for (int i = 0; i < 100; ++i) values.push_back(this->randomComplex());
   for (const C& a : values) {
     for (const C& b : values) {
-      const int order = ordered(a, b);
+      const int order = testsupport::complexOrder(a, b);
       const bool aIsLast = std::isnan(std::hypot(a.x, a.y)), bIsLast = std::isnan(std::hypot(b.x, b.y));
       const std::string pair = "(" + std::to_string(a.x) + ", " + std::to_string(a.y) + "), (" + std::to_string(b.x) +
                                ", " + std::to_string(b.y) + ")";

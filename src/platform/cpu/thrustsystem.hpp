@@ -1,0 +1,5 @@
+/// @file
+/// Thrust shares its work out by oneTBB.
+#pragma once
+
+#define THRUST_DEVICE_SYSTEM THRUST_DEVICE_SYSTEM_TBB
