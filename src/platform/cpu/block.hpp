@@ -5,6 +5,7 @@
 #include "../extent.hpp"
 #include "checking.hpp"
 #include "qualifiers.hpp"
+#include "streaming.hpp"
 
 #include <cstring>
 
@@ -49,15 +50,20 @@ class Block {
  public:
   static constexpr unsigned int size = X * Y;  ///< Threads, where the shape is known.
 
-  Block(Extent index, Extent grid, Extent shape) : index_(index), grid_(grid), shape_(shape) {}
+  Block(Extent index, Extent grid, Extent shape, JoinedLines* joinedLines = nullptr)
+      : index_(index), grid_(grid), shape_(shape), joinedLines_(joinedLines) {}
 
   Extent index() const { return index_; }
   Extent grid() const { return grid_; }
   Extent shape() const { return X == 0 ? shape_ : Extent{X, Y, 1}; }
+  unsigned long threads() const { return 1UL * shape().x * shape().y * shape().z; }
+
+  /// What the blocks that run one after the other have in common.
+  JoinedLines& joinedLines() const { return *joinedLines_; }
 
   template <unsigned int FixedX, unsigned int FixedY = 1>
   Block<FixedX, FixedY> withShape() const {
-    return {index_, grid_, FixedX == 0 ? shape_ : Extent{FixedX, FixedY, 1}};
+    return {index_, grid_, FixedX == 0 ? shape_ : Extent{FixedX, FixedY, 1}, joinedLines_};
   }
 
   template <class Step>
@@ -86,6 +92,32 @@ class Block {
     }
   }
 
+  /// forEachThread for blocks whose extent along x may be short: then the longest other loop stands inside.
+  template <class Step>
+  GPURUNTIME_INLINE void forEachThreadOfBox(Live live, Step step) const {
+    const ThreadIndex sizeX = shape().x, sizeY = shape().y, sizeZ = shape().z;
+    const ThreadIndex endX = live.x < sizeX ? live.x : sizeX;
+    const ThreadIndex endY = live.y < sizeY ? live.y : sizeY;
+    const ThreadIndex endZ = live.z < sizeZ ? live.z : sizeZ;
+    if (checking::enabled || endX >= longEnough) {
+      forEachThread(live, step);
+    } else if (endZ <= 1 || endY >= endZ) {
+      for (ThreadIndex z = 0; z < endZ; ++z) {
+        for (ThreadIndex x = 0; x < endX; ++x) {
+          GPURUNTIME_UNROLL
+          for (ThreadIndex y = 0; y < endY; ++y) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+        }
+      }
+    } else {
+      for (ThreadIndex y = 0; y < endY; ++y) {
+        for (ThreadIndex x = 0; x < endX; ++x) {
+          GPURUNTIME_UNROLL
+          for (ThreadIndex z = 0; z < endZ; ++z) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+        }
+      }
+    }
+  }
+
   /// Runs `step(Pack)` for packs of threads of a one-dimensional block of whole packs.
   template <class Step>
   GPURUNTIME_INLINE void forEachPack(Live live, Step step) const {
@@ -110,6 +142,9 @@ class Block {
   void sync() const {}
 
  private:
+  // From here on a vectorised loop along x is faster than one that strides through memory.
+  static constexpr ThreadIndex longEnough = 16;
+
   template <class Step>
   GPURUNTIME_INLINE void runThreads(ThreadIndex endX, ThreadIndex endY, ThreadIndex endZ, Step step) const {
     const ThreadIndex sizeX = shape().x, sizeY = shape().y;
@@ -124,6 +159,7 @@ class Block {
   Extent index_;
   Extent grid_;
   Extent shape_;
+  JoinedLines* joinedLines_;
 };
 
 /// A variable of each thread of a block of at most N threads that lives across steps.

@@ -111,6 +111,11 @@ class Block {
   }
 
   template <class Step>
+  __device__ void forEachThreadOfBox(Live, Step step) const {
+    forEachThread(step);
+  }
+
+  template <class Step>
   __device__ void forEachPack(Live, Step step) const {
     step(Pack{threadIdx.x});
   }
@@ -256,7 +261,12 @@ using Kernel = void (*)(Args...);
 namespace detail {
 template <class K, class... Args>
 __global__ void runKernel(Args... args) {
-  K::run(Block<>(), args...);
+  if constexpr (takesSteps<K>) {
+    const unsigned int steps = K::steps(args...);
+    for (unsigned int step = 0; step < steps; ++step) K::runStep(Block<>(), step, args...);
+  } else {
+    K::run(Block<>(), args...);
+  }
 }
 }  // namespace detail
 
