@@ -17,14 +17,17 @@
 #include <gpuruntime/elmath/abs.hpp>
 #include <gpuruntime/elmath/cast.hpp>
 #include <gpuruntime/elmath/checkdataproperty.hpp>
+#include <gpuruntime/elmath/diag.hpp>
 #include <gpuruntime/elmath/elementwisecompare.hpp>
 #include <gpuruntime/elmath/flagnonzero.hpp>
 #include <gpuruntime/elmath/logicaltransforms.hpp>
 #include <gpuruntime/elmath/mpower.hpp>
 #include <gpuruntime/elmath/permute.hpp>
+#include <gpuruntime/elmath/repmat.hpp>
 #include <gpuruntime/elmath/rot90.hpp>
 #include <gpuruntime/elmath/scale.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
+#include <gpuruntime/elmath/triltriu.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>
 #include <gpuruntime/reductions/all.hpp>

@@ -8,7 +8,7 @@ namespace gpuruntime {
 namespace {
 
 template <class T>
-struct CopyPad {
+struct CopyPad : elementwise::WritesOwnElement {
   static GPURUNTIME_DEVICE void apply(const cuda::Elementwise2DIterator& it, ComplexOf<T>* out, unsigned long inRows,
                                       unsigned long inCols, const T* in) {
     if (it.isOutside()) return;
@@ -30,11 +30,7 @@ template <class T>
 void ComplexCopyPad::Invoker<T>::operator()(CUstream_st* stream, ComplexOf<T>* out, unsigned long outRows,
                                             unsigned long outCols, const T* in, unsigned long inRows,
                                             unsigned long inCols) const {
-  namespace launcher = elementwise2ddetail;
-  using Out = ComplexOf<T>*;
-  launcher::launchKernel(launcher::singleStepKernel<CopyPad<T>, Out, unsigned long, unsigned long, const T*>(),
-                         launcher::multiStepKernel<CopyPad<T>, Out, unsigned long, unsigned long, const T*>(), stream,
-                         outRows, outCols, out, inRows, inCols, in);
+  elementwise2d::launchWithDeviceFunctor<CopyPad<T>>(stream, outRows, outCols, out, inRows, inCols, in);
 }
 
 GPURUNTIME_INSTANTIATE(ComplexCopyPad, FLOAT_TYPES);

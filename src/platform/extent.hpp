@@ -2,6 +2,8 @@
 /// Shapes of grids and blocks.
 #pragma once
 
+#include <type_traits>
+
 namespace gpuruntime::platform {
 
 /// Extents or coordinates of a grid or a block.
@@ -22,6 +24,12 @@ struct Live {
     return count > first ? count - first : 0;
   }
 };
+
+// True of the kernels of several steps.
+template <class K, class = void>
+inline constexpr bool takesSteps = false;
+template <class K>
+inline constexpr bool takesSteps<K, std::void_t<decltype(&K::steps)>> = true;
 
 // Keeps an argument out of deduction, so that a launch takes its types from the kernel alone.
 template <class T>

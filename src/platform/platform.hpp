@@ -14,7 +14,11 @@
 ///    `cudaStreamSynchronize`; and their records `cudaDeviceProp`, `cudaFuncAttributes`.
 /// 3. **Kernels.** A kernel is a struct with `static GPURUNTIME_DEVICE void run(const Block<>& block, Args... args)`.
 ///    `kernelOf<K, Args...>()` is its handle, a `Kernel<Args...>`; `launch(kernel, grid, block, stream, args...)`
-///    starts it without dynamic shared memory and returns the status, which callers drop.
+///    starts it without dynamic shared memory and returns the status, which callers drop. A kernel of several steps
+///    has `steps(args...)` and `runStep(block, step, args...)` instead of `run`; its steps do not depend on each other,
+///    and a backend may have all blocks take one before any takes the next. Where a kernel has `joinedBlocks`, threads
+///    only matter by their place in the grid, `index() * shape()` and the thread: a backend may run so many neighbours
+///    as one block, so many times as large. `walkSide` is a hint.
 /// 4. **Block.** `index()`, `grid()` and `shape()` tell where a block stands. `withShape<X, Y>()` is the same block,
 ///    with a shape that the compiler knows.
 /// 5. **Steps.** `block.forEachThread(step)` runs `step(Thread)` for every thread of the block, in no order that a step
@@ -22,6 +26,7 @@
 ///    block, as `ThreadIndex`. A `return` in a step ends that thread's step alone. `block.forEachThread(live, step)`
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
 ///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
+///    `block.forEachThreadOfBox(live, step)` is that for blocks of any extent along x.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
@@ -30,8 +35,9 @@
 ///    convert, and `mulhilo` multiplies; `+ - ^ & | ~ << >>` work on all words at once.
 /// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`;
 ///    `set(pack, words)` sets those of a pack.
-/// 7. **Outputs, tiles and trees.** `OutputWindow<T, N, PER_THREAD>` is how a block writes elements `[first, first + live)` of
-///    an array, each once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>`
+/// 7. **Outputs, tiles and trees.** `OutputWindow<T, N, PER_THREAD>` is how a block writes elements
+///    `[first, first + live)` of an array, each once: write through `pointer()` at the array's own index, then
+///    `flush(block)`. A count of 0 writes in place, elements that do not follow one another too. `OutputTile<T, N>`
 ///    is the same for N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage
 ///    by columns: `(row, column)` is `tile[column][row]`. `storeRuns(block, live, values, out, pitch, count)` has each
 ///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,

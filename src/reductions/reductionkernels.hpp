@@ -74,7 +74,7 @@ struct SegmentedReduceKernel : BlockFunctor<BLOCK_SIZE> {
   using Block = platform::Block<BLOCK_SIZE>;
   using Storage = ReductionStorage<BLOCK_SIZE, Acc>;
   using Lane = LaneOf<In, Acc>;
-  static constexpr unsigned int joined = platform::joinedBlocks;
+  static constexpr unsigned int joined = platform::blocksAtOnce;
 
   static GPURUNTIME_DEVICE void apply(const Block& block, const cuda::Fixed1DBlockAnd1DGridIterator& it, Acc* out,
                                       const In* in, unsigned long N, unsigned long L) {
@@ -96,7 +96,7 @@ struct SegmentedReduceKernel : BlockFunctor<BLOCK_SIZE> {
       if (platform::isIdle(thread.x >= length)) return;
       acc[thread] = static_cast<Lane>(Transform::apply(segment[thread.x]));
     });
-    const auto fold = [&](Thread thread, const In& element) {
+    const auto fold = [&](Thread thread, const In& element, unsigned long = 0) {
       acc[thread] = Op::apply(acc[thread], static_cast<Lane>(Transform::apply(element)));
     };
     const unsigned long rows = length < BLOCK_SIZE ? 0 : length / BLOCK_SIZE - 1;
@@ -132,7 +132,7 @@ struct StridedReduceKernel : BlockFunctor<BLOCK_SIZE> {
       if (platform::isIdle(thread.x >= live.x)) return;
       acc[thread] = static_cast<Lane>(Transform::apply(columns[thread.x]));
     });
-    block.forEachRow(live, columns + S, S, L - 1, [&](Thread thread, const In& element) {
+    block.forEachRow(live, columns + S, S, L - 1, [&](Thread thread, const In& element, unsigned long) {
       acc[thread] = Op::apply(acc[thread], static_cast<Lane>(Transform::apply(element)));
     });
     block.forEachThread(live, [&](Thread thread) {

@@ -14,6 +14,36 @@ HostArray<T> turned(Call call) {
 }
 
 template <class T>
+void addCopies(Lines& lines) {
+  const GuardedArray<T> in(HostArray<T>::counting(rows * columns));
+  const auto add = [&](const char* name, unsigned long size, auto call) {
+    lines.moved(name, filled<T>(size, [&](T* out) { call(out, in.data()); }));
+  };
+  add("RepmatColumnVector", rows * columns * pages, [](T* out, const T* from) {
+    typename gpuruntime::RepmatColumnVector::Invoker<T>()(nullptr, out, from, rows, columns * pages);
+  });
+  add("RepmatRowVector", rows * columns * pages, [](T* out, const T* from) {
+    typename gpuruntime::RepmatRowVector::Invoker<T>()(nullptr, out, from, columns, rows, pages);
+  });
+  add("RepmatMatrixRows", rows * columns * pages, [](T* out, const T* from) {
+    typename gpuruntime::RepmatMatrixRows::Invoker<T>()(nullptr, out, from, rows, columns, pages);
+  });
+  add("DiagMatToVec", columns, [](T* out, const T* from) {
+    typename gpuruntime::DiagMatToVec::Invoker<T>()(nullptr, out, from, rows, -7, columns);
+  });
+  add("DiagVecToMat", rows * columns, [](T* out, const T* from) {
+    typename gpuruntime::DiagVecToMat::Invoker<T>()(nullptr, out, from, rows, 7, columns - 7);
+  });
+  add("TriLower", rows * columns,
+      [](T* out, const T* from) { typename gpuruntime::TriLower::Invoker<T>()(nullptr, out, from, 3, rows, columns); });
+  add("TriLowerOneOnDiag", rows * columns, [](T* out, const T* from) {
+    typename gpuruntime::TriLowerOneOnDiag::Invoker<T>()(nullptr, out, from, -3, rows, columns);
+  });
+  add("TriUpper", rows * columns,
+      [](T* out, const T* from) { typename gpuruntime::TriUpper::Invoker<T>()(nullptr, out, from, 3, rows, columns); });
+}
+
+template <class T>
 void addType(Lines& lines) {
   lines.moved("Transpose", turned<T>([](T* out, const T* in) {
                 typename gpuruntime::Transpose::Invoker<T>()(nullptr, out, in, rows, columns * pages);
@@ -38,7 +68,10 @@ void addType(Lines& lines) {
 }  // namespace
 
 void addElmath(Lines& lines) {
-  forEachType(gpuruntime::AllTypes{}, [&](auto tag) { addType<decltype(tag)>(lines); });
+  forEachType(gpuruntime::AllTypes{}, [&](auto tag) {
+    addType<decltype(tag)>(lines);
+    addCopies<decltype(tag)>(lines);
+  });
 }
 
 }  // namespace digest

@@ -67,6 +67,14 @@ TEST_F(Elementwise2D, visitsEveryElementOnce) {
   }
 }
 
+TEST_F(Elementwise2D, fillsAnArrayElementByElement) {
+  expectFills({{1, 4200001, 1}, {7, 600001, 1}, {40, 70001, 1}, {257, 16500, 1}, {4200001, 1, 1}, {1100001, 4, 1}},
+              [](const Box& box, auto... args) {
+                gpuruntime::elementwise2d::launchWithDeviceFunctor<Fill<Elementwise2DIterator>>(nullptr, box.x, box.y,
+                                                                                                args...);
+              });
+}
+
 TEST_F(Elementwise2D, handlesNoElementsAndFailures) {
   EXPECT_EQ(callsOf([] { countVisits(0, 5)(nullptr); }), "");
   EXPECT_EQ(callsOf([] { countVisits(5, 0)(nullptr); }), "");

@@ -69,6 +69,14 @@ TEST_F(Elementwise3D, visitsEveryElementOnce) {
   EXPECT_EQ(launched(), Shape({3, 2, 2, 4, 1, 1}));
 }
 
+TEST_F(Elementwise3D, fillsAnArrayElementByElement) {
+  expectFills({{1, 1, 4200001}, {3, 5, 300001}, {17, 300001, 1}, {257, 70, 250}, {2100001, 1, 2}, {300, 7001, 2}},
+              [](const Box& box, auto... args) {
+                gpuruntime::elementwise3d::launchWithDeviceFunctor<Fill<Elementwise3DIterator>>(nullptr, box.x, box.y,
+                                                                                                box.z, args...);
+              });
+}
+
 TEST_F(Elementwise3D, handlesNoElementsAndFailures) {
   EXPECT_EQ(callsOf([] { countVisits(0, 5, 5)(nullptr); }), "");
   EXPECT_EQ(callsOf([] { countVisits(5, 0, 5)(nullptr); }), "");

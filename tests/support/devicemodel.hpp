@@ -2,7 +2,7 @@
 /// Fixture of the tests that tell the device model which device it is.
 #pragma once
 
-#include <gpuruntime/launcher/launchrecords.hpp>
+#include <gpuruntime/launcher/elementwisefunctor.hpp>
 #include <gpuruntime/util/messageerror.hpp>
 
 #include <algorithm>
@@ -12,6 +12,23 @@
 #include "gtest/gtest.h"
 #include "platform/cpu/devicemodel.hpp"
 #include "support/visits.hpp"
+
+/// Extents of a box of elements.
+struct Box {
+  unsigned long x, y, z;
+};
+
+/// Writes each element's own number, and counts the visits.
+template <class Iterator>
+struct Fill : gpuruntime::elementwise::WritesOwnElement {
+  static GPURUNTIME_DEVICE void apply(const Iterator& it, unsigned short* out, unsigned char* visits) {
+    if (it.isOutside()) return;
+    unsigned long element = it.y * it.sizeX + it.x;
+    if constexpr (sizeof(Iterator) > 4 * sizeof(unsigned long)) element += it.z * it.sizeX * it.sizeY;
+    out[element] = static_cast<unsigned short>(element * 40503);
+    ++visits[element];
+  }
+};
 
 /// Grid and block of a launch, then the steps where a chooser gives them: x, y and z of each.
 using Shape = std::vector<unsigned long>;
@@ -83,6 +100,26 @@ class DeviceModelTest : public testing::Test {
     Visits visits(elements);
     EXPECT_EQ(callsOf([&] { launch(visits.data()); }), calls);
     EXPECT_TRUE(visits.each(1)) << "of " << elements;
+  }
+
+  /// `launch(box, out, visits)` with Fill fills arrays that are written past the caches, at any beginning of a line, on
+  /// large grids and in many steps on small ones.
+  template <class Launch>
+  static void expectFills(const std::vector<Box>& boxes, Launch launch) {
+    for (const bool isSmall : {false, true}) {
+      useDevice(isSmall ? deviceWithGrid(3, 5, 2) : deviceWithGrid(65535, 65535, 65535));
+      for (const Box& box : boxes) {
+        const unsigned long size = box.x * box.y * box.z;
+        Visits visits(size);
+        std::vector<unsigned short> out(size + 2, 0xA5A5);
+        launch(box, out.data() + 1, visits.data());
+        EXPECT_TRUE(visits.each(1)) << box.x << " by " << box.y << " by " << box.z;
+        unsigned long wrong = 0;
+        for (unsigned long i = 0; i < size; ++i) wrong += out[i + 1] != static_cast<unsigned short>(i * 40503);
+        EXPECT_EQ(wrong + (out[0] != 0xA5A5) + (out[size + 1] != 0xA5A5), 0u)
+            << box.x << " by " << box.y << " by " << box.z;
+      }
+    }
   }
 
   /// The launch visits nothing: a query fails and raises, or else the platform refuses and nobody is told.

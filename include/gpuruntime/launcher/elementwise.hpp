@@ -2,9 +2,8 @@
 /// Elementwise launcher: one thread an element of a flat array.
 #pragma once
 
+#include <gpuruntime/launcher/elementwisefunctor.hpp>
 #include <gpuruntime/launcher/launchrecords.hpp>
-
-#include <type_traits>
 
 namespace gpuruntime {
 namespace cuda {
@@ -19,19 +18,6 @@ struct ElementwiseIterator {
 };
 
 }  // namespace cuda
-
-namespace elementwise {
-
-/// Base of the functors whose first argument is the output and which write `out[it.index]`, and nothing else of it, for
-/// every index below the count, without reading `out`.
-struct WritesOwnElement {};
-
-/// Base of the functors that look for something: `finds(it, args...)` is their test of an element, bound test included,
-/// and `report(args...)` runs where it holds, once or more often. One that also derives from WritesOwnElement writes
-/// first.
-struct FindsInElement {};
-
-}  // namespace elementwise
 
 namespace elementwisedetail {
 

@@ -2,8 +2,7 @@
 /// Elementwise launcher in two dimensions: one thread an element of a box, with a coordinate per dimension.
 #pragma once
 
-#include <gpuruntime/launcher/launchrecords.hpp>
-#include <gpuruntime/launcher/stepwalk.hpp>
+#include <gpuruntime/launcher/elementwisefunctor.hpp>
 
 namespace gpuruntime {
 namespace cuda {
@@ -35,33 +34,45 @@ GridBlockAndSteps chooseElementwise2DGridAndBlock(const platform::cudaFuncAttrib
 
 template <class Functor, class... Args>
 GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, unsigned long sizeX, unsigned long sizeY,
-                                    launchdetail::Distances offset, Args... args) {
+                                    launchdetail::Distances offset, launchdetail::Distances end, Args... args) {
   // In 32 bits, zero-extended.
   const unsigned int cornerX = block.index().x * block.shape().x;
   const unsigned int cornerY = block.index().y * block.shape().y;
-  const unsigned long firstX = cornerX + offset.x, firstY = cornerY + offset.y;
-  const platform::Live live{platform::Live::after(firstX, sizeX), platform::Live::after(firstY, sizeY)};
-  block.forEachThread(live, [=](platform::Thread thread) {
-    Functor::apply(cuda::Elementwise2DIterator{firstX + thread.x, firstY + thread.y, sizeX, sizeY}, args...);
-  });
+  const launchdetail::Distances first{cornerX + offset.x, cornerY + offset.y, 0};
+  const auto applyTo = [=](platform::Thread thread, auto... arguments) {
+    Functor::apply(cuda::Elementwise2DIterator{first.x + thread.x, first.y + thread.y, sizeX, sizeY}, arguments...);
+  };
+  launchdetail::applyInBox<Functor>(block, first, end, {sizeX, sizeY, 1}, applyTo, args...);
 }
 
 template <class Functor, class... Args>
 struct SingleStep {
+  static constexpr unsigned int joinedBlocks = launchdetail::joinedBlocks<Functor, Args...>;
+  static constexpr unsigned int walkSide = launchdetail::walkSide<Functor>;
+
   static GPURUNTIME_DEVICE void run(const platform::Block<>& block, unsigned long sizeX, unsigned long sizeY,
                                     Args... args) {
-    applyInBlock<Functor>(block, sizeX, sizeY, {0, 0, 0}, args...);
+    applyInBlock<Functor>(block, sizeX, sizeY, {0, 0, 0}, {sizeX, sizeY, 1}, args...);
   }
 };
 
 template <class Functor, class... Args>
 struct MultiStep {
-  static GPURUNTIME_DEVICE void run(const platform::Block<>& block, unsigned long sizeX, unsigned long sizeY,
-                                    unsigned long strideX, unsigned long strideY, unsigned int numSteps, Args... args) {
+  static constexpr unsigned int joinedBlocks = launchdetail::joinedBlocks<Functor, Args...>;
+  static constexpr unsigned int walkSide = launchdetail::walkSide<Functor>;
+
+  static GPURUNTIME_DEVICE unsigned int steps(unsigned long /*sizeX*/, unsigned long /*sizeY*/,
+                                              unsigned long /*strideX*/, unsigned long /*strideY*/,
+                                              unsigned int numSteps, Args...) {
+    return numSteps;
+  }
+
+  static GPURUNTIME_DEVICE void runStep(const platform::Block<>& block, unsigned int step, unsigned long sizeX,
+                                        unsigned long sizeY, unsigned long strideX, unsigned long strideY,
+                                        unsigned int numSteps, Args... args) {
     const launchdetail::StepWalk walk(numSteps, {sizeX, sizeY, 1}, {strideX, strideY, 0});
-    for (unsigned int step = 0; step < numSteps; ++step) {
-      applyInBlock<Functor>(block, sizeX, sizeY, walk.offset(step), args...);
-    }
+    const launchdetail::Distances offset = walk.offset(step);
+    applyInBlock<Functor>(block, sizeX, sizeY, offset, walk.end(offset), args...);
   }
 };
 
@@ -104,4 +115,17 @@ void launchKernel(SingleStepKernel<Args...> singleKernel, MultiStepKernel<Args..
 }
 
 }  // namespace elementwise2ddetail
+
+namespace elementwise2d {
+
+/// Runs `Functor::apply(it, args...)` for each element of a box on `stream`, and returns at once. See
+/// elementwise2ddetail::launchKernel.
+template <class Functor, class... Args>
+void launchWithDeviceFunctor(CUstream_st* stream, unsigned long sizeX, unsigned long sizeY, Args... args) {
+  elementwise2ddetail::launchKernel<Args...>(elementwise2ddetail::singleStepKernel<Functor, Args...>(),
+                                             elementwise2ddetail::multiStepKernel<Functor, Args...>(), stream, sizeX,
+                                             sizeY, args...);
+}
+
+}  // namespace elementwise2d
 }  // namespace gpuruntime

@@ -4,8 +4,7 @@
 /// Both backends have grids of three dimensions, so there is no launch that flattens the third.
 #pragma once
 
-#include <gpuruntime/launcher/launchrecords.hpp>
-#include <gpuruntime/launcher/stepwalk.hpp>
+#include <gpuruntime/launcher/elementwisefunctor.hpp>
 
 namespace gpuruntime {
 namespace cuda {
@@ -40,39 +39,51 @@ GridBlockAndSteps chooseElementwise3DGridAndBlock(const platform::cudaFuncAttrib
 
 template <class Functor, class... Args>
 GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, launchdetail::Distances size,
-                                    launchdetail::Distances offset, Args... args) {
+                                    launchdetail::Distances offset, launchdetail::Distances end, Args... args) {
   // In 32 bits, zero-extended.
   const unsigned int cornerX = block.index().x * block.shape().x;
   const unsigned int cornerY = block.index().y * block.shape().y;
   const unsigned int cornerZ = block.index().z * block.shape().z;
   const launchdetail::Distances first{cornerX + offset.x, cornerY + offset.y, cornerZ + offset.z};
-  const platform::Live live{platform::Live::after(first.x, size.x), platform::Live::after(first.y, size.y),
-                            platform::Live::after(first.z, size.z)};
-  block.forEachThread(live, [=](platform::Thread thread) {
+  const auto applyTo = [=](platform::Thread thread, auto... arguments) {
     Functor::apply(
         cuda::Elementwise3DIterator{first.x + thread.x, first.y + thread.y, first.z + thread.z, size.x, size.y, size.z},
-        args...);
-  });
+        arguments...);
+  };
+  launchdetail::applyInBox<Functor>(block, first, end, size, applyTo, args...);
 }
 
 template <class Functor, class... Args>
 struct SingleStep {
+  static constexpr unsigned int joinedBlocks = launchdetail::joinedBlocks<Functor, Args...>;
+  static constexpr unsigned int walkSide = launchdetail::walkSide<Functor>;
+
   static GPURUNTIME_DEVICE void run(const platform::Block<>& block, unsigned long sizeX, unsigned long sizeY,
                                     unsigned long sizeZ, Args... args) {
-    applyInBlock<Functor>(block, {sizeX, sizeY, sizeZ}, {0, 0, 0}, args...);
+    const launchdetail::Distances size{sizeX, sizeY, sizeZ};
+    applyInBlock<Functor>(block, size, {0, 0, 0}, size, args...);
   }
 };
 
 template <class Functor, class... Args>
 struct MultiStep {
-  static GPURUNTIME_DEVICE void run(const platform::Block<>& block, unsigned long sizeX, unsigned long sizeY,
-                                    unsigned long sizeZ, unsigned long strideX, unsigned long strideY,
-                                    unsigned long strideZ, unsigned int numSteps, Args... args) {
+  static constexpr unsigned int joinedBlocks = launchdetail::joinedBlocks<Functor, Args...>;
+  static constexpr unsigned int walkSide = launchdetail::walkSide<Functor>;
+
+  static GPURUNTIME_DEVICE unsigned int steps(unsigned long /*sizeX*/, unsigned long /*sizeY*/, unsigned long /*sizeZ*/,
+                                              unsigned long /*strideX*/, unsigned long /*strideY*/,
+                                              unsigned long /*strideZ*/, unsigned int numSteps, Args...) {
+    return numSteps;
+  }
+
+  static GPURUNTIME_DEVICE void runStep(const platform::Block<>& block, unsigned int step, unsigned long sizeX,
+                                        unsigned long sizeY, unsigned long sizeZ, unsigned long strideX,
+                                        unsigned long strideY, unsigned long strideZ, unsigned int numSteps,
+                                        Args... args) {
     const launchdetail::Distances size{sizeX, sizeY, sizeZ};
     const launchdetail::StepWalk walk(numSteps, size, {strideX, strideY, strideZ});
-    for (unsigned int step = 0; step < numSteps; ++step) {
-      applyInBlock<Functor>(block, size, walk.offset(step), args...);
-    }
+    const launchdetail::Distances offset = walk.offset(step);
+    applyInBlock<Functor>(block, size, offset, walk.end(offset), args...);
   }
 };
 

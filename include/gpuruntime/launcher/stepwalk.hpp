@@ -21,7 +21,8 @@ struct Distances {
 class StepWalk {
  public:
   GPURUNTIME_DEVICE StepWalk(unsigned int numSteps, Distances sizes, Distances strides)
-      : strides_(strides),
+      : sizes_(sizes),
+        strides_(strides),
         stepsX_(stepsAlong(sizes.x, strides.x, strides.y == 0 && strides.z == 0, numSteps)),
         stepsY_(stepsAlong(sizes.y, strides.y, strides.z == 0, numSteps)) {}
 
@@ -30,13 +31,23 @@ class StepWalk {
     return {step % stepsX_ * strides_.x, row % stepsY_ * strides_.y, row / stepsY_ * strides_.z};
   }
 
+  /// Where along each dimension the stretch of a step ends that begins at this offset, and the next one begins.
+  GPURUNTIME_DEVICE Distances end(Distances offset) const {
+    return {endAlong(sizes_.x, offset.x, strides_.x), endAlong(sizes_.y, offset.y, strides_.y),
+            endAlong(sizes_.z, offset.z, strides_.z)};
+  }
+
  private:
+  static GPURUNTIME_DEVICE unsigned long endAlong(unsigned long size, unsigned long offset, unsigned long stride) {
+    return stride == 0 ? size : gpucommon::hostDeviceMath::minSizeT(size, offset + stride);
+  }
   static GPURUNTIME_DEVICE unsigned long stepsAlong(unsigned long size, unsigned long stride, bool isLast,
                                                     unsigned int numSteps) {
     if (stride == 0) return 1;
     return isLast ? numSteps : gpucommon::hostDeviceMath::ceiledIntegerDivision(size, stride);
   }
 
+  Distances sizes_;
   Distances strides_;
   unsigned long stepsX_;
   unsigned long stepsY_;

@@ -6,6 +6,7 @@
 #include "checking.hpp"
 #include "executor.hpp"
 #include "qualifiers.hpp"
+#include "streaming.hpp"
 
 #include <cstring>
 
@@ -50,15 +51,20 @@ class Block {
  public:
   static constexpr unsigned int size = X * Y;  ///< Threads, where the shape is known.
 
-  Block(Extent index, Extent grid, Extent shape) : index_(index), grid_(grid), shape_(shape) {}
+  Block(Extent index, Extent grid, Extent shape, JoinedLines* joinedLines = nullptr)
+      : index_(index), grid_(grid), shape_(shape), joinedLines_(joinedLines) {}
 
   Extent index() const { return index_; }
   Extent grid() const { return grid_; }
   Extent shape() const { return X == 0 ? shape_ : Extent{X, Y, 1}; }
+  unsigned long threads() const { return 1UL * shape().x * shape().y * shape().z; }
+
+  /// What the blocks that run one after the other have in common.
+  JoinedLines& joinedLines() const { return *joinedLines_; }
 
   template <unsigned int FixedX, unsigned int FixedY = 1>
   Block<FixedX, FixedY> withShape() const {
-    return {index_, grid_, FixedX == 0 ? shape_ : Extent{FixedX, FixedY, 1}};
+    return {index_, grid_, FixedX == 0 ? shape_ : Extent{FixedX, FixedY, 1}, joinedLines_};
   }
 
   template <class Step>
@@ -87,6 +93,32 @@ class Block {
     }
   }
 
+  /// forEachThread for blocks whose extent along x may be short: then the longest other loop stands inside.
+  template <class Step>
+  GPURUNTIME_INLINE void forEachThreadOfBox(Live live, Step step) const {
+    const ThreadIndex sizeX = shape().x, sizeY = shape().y, sizeZ = shape().z;
+    const ThreadIndex endX = live.x < sizeX ? live.x : sizeX;
+    const ThreadIndex endY = live.y < sizeY ? live.y : sizeY;
+    const ThreadIndex endZ = live.z < sizeZ ? live.z : sizeZ;
+    if (checking::enabled || endX >= longEnough) {
+      forEachThread(live, step);
+    } else if (endZ <= 1 || endY >= endZ) {
+      for (ThreadIndex z = 0; z < endZ; ++z) {
+        for (ThreadIndex x = 0; x < endX; ++x) {
+          GPURUNTIME_UNROLL
+          for (ThreadIndex y = 0; y < endY; ++y) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+        }
+      }
+    } else {
+      for (ThreadIndex y = 0; y < endY; ++y) {
+        for (ThreadIndex x = 0; x < endX; ++x) {
+          GPURUNTIME_UNROLL
+          for (ThreadIndex z = 0; z < endZ; ++z) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+        }
+      }
+    }
+  }
+
   /// Runs `step(Pack)` for packs of threads of a one-dimensional block of whole packs.
   template <class Step>
   GPURUNTIME_INLINE void forEachPack(Live live, Step step) const {
@@ -100,14 +132,14 @@ class Block {
     }
   }
 
-  /// Runs `step(Thread, element)` for the element that a thread of a one-dimensional block has in each of `rows` rows,
-  /// in order: `in[row * pitch + thread.x]`.
+  /// Runs `step(Thread, element, row)` for the element that a thread of a one-dimensional block has in each of `rows`
+  /// rows, in order: `in[row * pitch + thread.x]`.
   template <class T, class Step>
   GPURUNTIME_INLINE void forEachRow(Live live, const T* in, unsigned long pitch, unsigned long rows, Step step) const {
     if constexpr (checking::enabled) {
       for (unsigned long row = 0; row < rows; ++row) {
         forEachThread(live, [&](Thread thread) {
-          if (thread.x < live.x) step(thread, in[row * pitch + thread.x]);
+          if (thread.x < live.x) step(thread, in[row * pitch + thread.x], row);
         });
       }
     } else {
@@ -136,18 +168,21 @@ class Block {
   template <class T, class Step>
   static GPURUNTIME_INLINE void runRows(ThreadRange range, const T* in, unsigned long pitch, RowRange rows, Step step) {
     const T* from = in + rows.first * pitch;
-    unsigned long left = rows.last - rows.first;
-    for (; left >= rowsAtOnce; left -= rowsAtOnce, from += rowsAtOnce * pitch) {
+    unsigned long row = rows.first;
+    for (; row + rowsAtOnce <= rows.last; row += rowsAtOnce, from += rowsAtOnce * pitch) {
       GPURUNTIME_SIMD
       for (ThreadIndex x = range.first; x < range.last; ++x) {
-        unrolled<rowsAtOnce>([&](auto row) { step(Thread{x, 0, 0, x}, from[row * pitch + x]); });
+        unrolled<rowsAtOnce>([&](auto k) { step(Thread{x, 0, 0, x}, from[k * pitch + x], row + k); });
       }
     }
-    for (; left > 0; --left, from += pitch) {
+    for (; row < rows.last; ++row, from += pitch) {
       GPURUNTIME_SIMD
-      for (ThreadIndex x = range.first; x < range.last; ++x) step(Thread{x, 0, 0, x}, from[x]);
+      for (ThreadIndex x = range.first; x < range.last; ++x) step(Thread{x, 0, 0, x}, from[x], row);
     }
   }
+
+  // From here on a vectorised loop along x is faster than one that strides through memory.
+  static constexpr ThreadIndex longEnough = 16;
 
   template <class Step>
   GPURUNTIME_INLINE void runThreads(ThreadIndex endX, ThreadIndex endY, ThreadIndex endZ, Step step) const {
@@ -163,10 +198,11 @@ class Block {
   Extent index_;
   Extent grid_;
   Extent shape_;
+  JoinedLines* joinedLines_;
 };
 
 /// Blocks whose work is best done at once, if each has little to do. The checking mode runs them one by one.
-inline constexpr unsigned int joinedBlocks = checking::enabled ? 1 : 16;
+inline constexpr unsigned int blocksAtOnce = checking::enabled ? 1 : 16;
 
 /// A variable of each thread of a block of at most N threads that lives across steps.
 template <class T, unsigned int N>

@@ -5,18 +5,19 @@
 #include "../extent.hpp"
 #include "block.hpp"
 #include "executor.hpp"
-#include "outputwindow.hpp"
 #include "qualifiers.hpp"
 #include "runtime.hpp"
+#include "streaming.hpp"
 
 #include <type_traits>
 
 namespace gpuruntime::platform {
 
-/// Handle of a kernel; its address is the kernel's identity.
+/// Handle of a kernel; the address is the kernel's identity.
 template <class... Args>
 struct Kernel {
   void (*runBlocks)(Extent grid, Extent shape, BlockRange blocks, Args... args);
+  unsigned int joinedBlocks = 1;
 
   const void* identity() const { return reinterpret_cast<const void*>(runBlocks); }
 };
@@ -77,13 +78,44 @@ inline constexpr unsigned int walkSide = 1;
 template <class K>
 inline constexpr unsigned int walkSide<K, std::void_t<decltype(K::walkSide)>> = K::walkSide;
 
+template <class K, class = void>
+inline constexpr unsigned int joinedBlocks = 1;
+template <class K>
+inline constexpr unsigned int joinedBlocks<K, std::void_t<decltype(K::joinedBlocks)>> =
+    checking::enabled ? 1 : K::joinedBlocks;
+
+/// Makes one block of up to so many neighbours: along x; of whole rows of blocks, along y; of whole pages, along z.
+inline void joinBlocks(Extent& grid, Extent& shape, unsigned int blocks) {
+  const auto join = [&](unsigned int& count, unsigned int& extent) {
+    const unsigned int together = count < blocks ? count : blocks;
+    extent *= together;
+    count = (count - 1) / together + 1;
+    blocks = count == 1 ? blocks / together : 1;
+  };
+  join(grid.x, shape.x);
+  join(grid.y, shape.y);
+  join(grid.z, shape.z);
+}
+
 // Everything a kernel calls is inlined here, or its thread loops could not be vectorised.
 template <class K, class... Args>
 __attribute__((flatten)) void runBlocks(Extent grid, Extent shape, BlockRange blocks, Args... args) {
-  BlockWalk<walkSide<K>> walk(grid, blocks.first);
-  for (unsigned long block = blocks.first; block < blocks.last; ++block, walk.advance()) {
-    K::run(Block<>(walk.index(), grid, shape), args...);
+  JoinedLines joinedLines;
+  unsigned int steps = 1;
+  if constexpr (takesSteps<K>) steps = K::steps(args...);
+  // All blocks take a step before any takes the next: in it, neighbours touch neighbouring memory.
+  for (unsigned int step = 0; step < steps; ++step) {
+    BlockWalk<walkSide<K>> walk(grid, blocks.first);
+    for (unsigned long number = blocks.first; number < blocks.last; ++number, walk.advance()) {
+      const Block<> block(walk.index(), grid, shape, &joinedLines);
+      if constexpr (takesSteps<K>) {
+        K::runStep(block, step, args...);
+      } else {
+        K::run(block, args...);
+      }
+    }
   }
+  joinedLines.finish();
   finishStreaming();
 }
 
@@ -91,7 +123,7 @@ __attribute__((flatten)) void runBlocks(Extent grid, Extent shape, BlockRange bl
 
 template <class K, class... Args>
 Kernel<Args...> kernelOf() {
-  return {&detail::runBlocks<K, Args...>};
+  return {&detail::runBlocks<K, Args...>, detail::joinedBlocks<K>};
 }
 
 template <class... Args>
@@ -104,6 +136,7 @@ cudaError launch(Kernel<Args...> kernel, Extent grid, Extent shape, CUstream_st*
                  typename NonDeduced<Args>::type... args) {
   const cudaError status = detail::beginLaunch(kernel.identity(), grid, shape, stream);
   if (status != cudaSuccess) return status;
+  if (kernel.joinedBlocks > 1) detail::joinBlocks(grid, shape, kernel.joinedBlocks);
   auto body = [=](BlockRange blocks) { kernel.runBlocks(grid, shape, blocks, args...); };
   executeBlocks(static_cast<unsigned long>(grid.x) * grid.y * grid.z, body);
   return cudaSuccess;

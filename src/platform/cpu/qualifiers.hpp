@@ -13,11 +13,13 @@
 #define GPURUNTIME_TABLE(name) name
 #define GPURUNTIME_SHARED(T, name) alignas(64) T name
 
-// Iterations of the loop behind it do not depend on each other.
+// Iterations of the loop behind it do not depend on each other; or are many and short.
 #if defined(__clang__)
 #define GPURUNTIME_SIMD _Pragma("clang loop vectorize(assume_safety)")
+#define GPURUNTIME_UNROLL _Pragma("clang loop unroll_count(8)")
 #else
 #define GPURUNTIME_SIMD _Pragma("GCC ivdep")
+#define GPURUNTIME_UNROLL _Pragma("GCC unroll 8")
 #endif
 
 #define GPURUNTIME_INLINE inline __attribute__((always_inline))

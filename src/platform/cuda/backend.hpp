@@ -116,8 +116,13 @@ class Block {
   __device__ void forEachRow(Live live, const T* in, unsigned long pitch, unsigned long rows, Step step) const {
     forEachThread([&](Thread thread) {
       if (thread.x >= live.x) return;
-      for (unsigned long row = 0; row < rows; ++row) step(thread, in[row * pitch + thread.x]);
+      for (unsigned long row = 0; row < rows; ++row) step(thread, in[row * pitch + thread.x], row);
     });
+  }
+
+  template <class Step>
+  __device__ void forEachThreadOfBox(Live, Step step) const {
+    forEachThread(step);
   }
 
   template <class Step>
@@ -288,7 +293,7 @@ template <class T, unsigned int N>
 inline constexpr unsigned int joinedTiles = 1;
 template <class T>
 inline constexpr unsigned int joinedRuns = 1;
-inline constexpr unsigned int joinedBlocks = 1;
+inline constexpr unsigned int blocksAtOnce = 1;
 
 template <class... Args>
 using Kernel = void (*)(Args...);
@@ -296,7 +301,12 @@ using Kernel = void (*)(Args...);
 namespace detail {
 template <class K, class... Args>
 __global__ void runKernel(Args... args) {
-  K::run(Block<>(), args...);
+  if constexpr (takesSteps<K>) {
+    const unsigned int steps = K::steps(args...);
+    for (unsigned int step = 0; step < steps; ++step) K::runStep(Block<>(), step, args...);
+  } else {
+    K::run(Block<>(), args...);
+  }
 }
 }  // namespace detail
 

@@ -1,0 +1,77 @@
+/// @file
+/// What functors of the elementwise launchers may promise.
+#pragma once
+
+#include <gpuruntime/launcher/launchrecords.hpp>
+#include <gpuruntime/launcher/stepwalk.hpp>
+
+#include <type_traits>
+
+namespace gpuruntime::elementwise {
+
+/// Base of the functors whose first argument is the output, an array with one element for each thread in bounds, and
+/// which write each thread's own element, and nothing else of it, without reading it. In one dimension that is
+/// `out[it.index]`; in a box, `out[it.y * it.sizeX + it.x]` and `out[(it.z * it.sizeY + it.y) * it.sizeX + it.x]`.
+struct WritesOwnElement {};
+
+/// Base of the functors of the flat launcher that look for something: `finds(it, args...)` is their test of an element,
+/// bound test included, and `report(args...)` runs where it holds, once or more often. One that also derives from
+/// WritesOwnElement writes first.
+struct FindsInElement {};
+
+}  // namespace gpuruntime::elementwise
+
+namespace gpuruntime::launchdetail {
+
+template <class Functor, class Out, class... Args>
+constexpr unsigned int joinedBlocksFor() {
+  if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
+    return platform::joinedRuns<std::remove_pointer_t<Out>>;
+  } else {
+    return 1;
+  }
+}
+
+/// How many neighbouring blocks of a box a backend may run as one; see platform.hpp.
+template <class Functor, class... Args>
+inline constexpr unsigned int joinedBlocks = joinedBlocksFor<Functor, Args...>();
+
+template <class Functor, class = void>
+inline constexpr unsigned int walkSide = 1;
+template <class Functor>
+inline constexpr unsigned int walkSide<Functor, std::void_t<decltype(Functor::walkSide)>> = Functor::walkSide;
+
+template <class Run, class T, class... Args>
+GPURUNTIME_DEVICE void runInWindow(const platform::Block<>& block, Distances first, Distances live, Distances size,
+                                   Run run, T* out, Args... args) {
+  // Rows and pages follow one another in memory if they are whole.
+  const bool isOneRun = (live.y <= 1 || live.x == size.x) && (live.z <= 1 || live.x * live.y == size.x * size.y);
+  constexpr unsigned int most = preferredBlockSize * platform::joinedRuns<T>;
+  platform::OutputWindow<T, most> window(out, (first.z * size.y + first.y) * size.x + first.x, live.x * live.y * live.z,
+                                         isOneRun ? size.x * size.y * size.z : 0);
+  run(window.pointer(), args...);
+  window.flush(block);
+}
+
+/// Runs a functor on the part of a box that a block covers in one step: the elements from `first` on, and before `end`,
+/// of a box of `size`. `applyTo(thread, args...)` is its call for a thread.
+template <class Functor, class ApplyTo, class... Args>
+GPURUNTIME_DEVICE void applyInBox(const platform::Block<>& block, Distances first, Distances end, Distances size,
+                                  ApplyTo applyTo, Args... args) {
+  const platform::Live live{platform::Live::after(first.x, end.x), platform::Live::after(first.y, end.y),
+                            platform::Live::after(first.z, end.z)};
+  const auto run = [=](auto... arguments) {
+    block.forEachThreadOfBox(live, [=](platform::Thread thread) { applyTo(thread, arguments...); });
+  };
+  if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
+    const platform::Extent shape = block.shape();
+    using gpucommon::hostDeviceMath::minSizeT;
+    const Distances covered{minSizeT<unsigned long>(live.x, shape.x), minSizeT<unsigned long>(live.y, shape.y),
+                            minSizeT<unsigned long>(live.z, shape.z)};
+    runInWindow(block, first, covered, size, run, args...);
+  } else {
+    run(args...);
+  }
+}
+
+}  // namespace gpuruntime::launchdetail
