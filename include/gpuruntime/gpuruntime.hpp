@@ -38,6 +38,8 @@
 #include <gpuruntime/reductions/hasinfortrue.hpp>
 #include <gpuruntime/reductions/hasnanorinfortrue.hpp>
 #include <gpuruntime/reductions/hasnanortrue.hpp>
+#include <gpuruntime/reductions/max.hpp>
+#include <gpuruntime/reductions/min.hpp>
 #include <gpuruntime/reductions/prod.hpp>
 #include <gpuruntime/reductions/sum.hpp>
 #include <gpuruntime/sorting/issortedKernel.hpp>

@@ -3,8 +3,13 @@
 /// or that of the lower lane, on the left.
 #pragma once
 
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
 #include "gpucommon/CUDAOps.hpp"
 #include "gpucommon/CUDATraits.hpp"
+#include "gpucommon/ptxmathcomplex.hpp"
 
 namespace gpuruntime::reductionoperators {
 
@@ -42,5 +47,61 @@ struct Or {
     return a | b;
   }
 };
+
+/// The smaller, or with GREATEST the greater, of two elements, by their order:
+///
+/// - floating types: by value, NaN behind all others; -0 is smaller than +0 in `apply`, and its equal in `beats`;
+/// - complex types: `cminnancompare` and `cmaxnancompare`;
+/// - `bool`: false is smaller.
+///
+/// `beats(a, b)` is true if a comes strictly first, of which `apply` makes use: it keeps a unless b beats it. The
+/// identity is beaten by every element but NaN.
+template <class T, bool GREATEST>
+struct Extreme {
+  using R = RealOf<T>;
+  static constexpr bool isComplex = gpucommon::CUDATraits<T>::iscomplex;
+  static constexpr bool isFloating = std::is_floating_point_v<R>;
+
+  static GPURUNTIME_DEVICE T identity() {
+    if constexpr (isComplex) {
+      return T{gpucommon::scalarmath::ptxGetNaN<R>(), gpucommon::scalarmath::ptxGetNaN<R>()};
+    } else if constexpr (isFloating) {
+      return gpucommon::scalarmath::ptxGetNaN<T>();
+    } else {
+      return GREATEST ? std::numeric_limits<T>::lowest() : std::numeric_limits<T>::max();
+    }
+  }
+
+  static GPURUNTIME_DEVICE bool beats(const T& a, const T& b) {
+    namespace scalarmath = gpucommon::scalarmath;
+    if constexpr (isComplex) {
+      return GREATEST ? scalarmath::cmaxnancompare(a, b) : scalarmath::cminnancompare(a, b);
+    } else if constexpr (isFloating) {
+      return (GREATEST ? a > b : a < b) | ((a == a) & (b != b));
+    } else {
+      return GREATEST ? a > b : a < b;
+    }
+  }
+
+  static GPURUNTIME_DEVICE T apply(const T& a, const T& b) {
+    const T chosen = beats(b, a) ? b : a;
+    if constexpr (!isComplex && isFloating) {
+      // Equal values have the same bits, but for zeros: of those the sign bits are joined.
+      using Bits = gpucommon::StorageOf<T>;
+      const Bits bitsOfA = gpucommon::bitsOf(a), bitsOfB = gpucommon::bitsOf(b);
+      const Bits joined = GREATEST ? bitsOfA & bitsOfB : bitsOfA | bitsOfB;
+      T ranked;
+      std::memcpy(&ranked, &joined, sizeof ranked);
+      return a == b ? ranked : chosen;
+    } else {
+      return chosen;
+    }
+  }
+};
+
+template <class T>
+using Min = Extreme<T, false>;
+template <class T>
+using Max = Extreme<T, true>;
 
 }  // namespace gpuruntime::reductionoperators

@@ -21,6 +21,25 @@ HostArray<Acc> reduced(const HostArray<T>& in, const std::vector<Shape>& shapes,
 }
 
 template <class T>
+constexpr bool isOrdered = !isComplex<T> || std::is_floating_point_v<gpuruntime::RealOf<T>>;
+
+// The tricky values in segments and columns; of two arrays of results, the positions have a line of their own.
+template <class Plain, class WithIndex, class T>
+void addExtremes(Lines& lines, const std::string& name) {
+  const HostArray<T> tricky = testsupport::trickyValues<T>();
+  const unsigned long n = tricky.size();
+  const std::vector<Shape> shapes{{n, 2, 1}, {n, 5, 1}, {n, n, 1}, {n, 3, 4}};
+  GuardedArray<T> values(n);
+  lines.exact(name, reduced<T>(tricky, shapes, [](auto... arguments) {
+                typename Plain::template Invoker<T>()(nullptr, arguments...);
+              }));
+  const auto withIndex = [&](double* indices, const T* in, unsigned long N, unsigned long L, unsigned long S) {
+    typename WithIndex::template Invoker<T>()(nullptr, values.data(), indices, in, N, L, 2, S);
+  };
+  lines.exact(name + "WithIndexOf[" + typeName<T>() + "]", reduced<double>(tricky, shapes, withIndex));
+}
+
+template <class T>
 void addType(Lines& lines) {
   using D = gpuruntime::DoubleOf<T>;
   const HostArray<T> numbers = testsupport::summands<T>(100003), tricky = testsupport::trickyValues<T>();
@@ -52,6 +71,10 @@ void addType(Lines& lines) {
       reduced<double>(tricky, segments, [](auto* out, const T* in, unsigned long N, unsigned long L, unsigned long) {
         typename gpuruntime::CountNonZero::Invoker<T>()(nullptr, out, in, N, L);
       }));
+  if constexpr (isOrdered<T>) {
+    addExtremes<gpuruntime::Min, gpuruntime::MinWithIndex, T>(lines, "Min");
+    addExtremes<gpuruntime::Max, gpuruntime::MaxWithIndex, T>(lines, "Max");
+  }
   if constexpr (std::is_floating_point_v<gpuruntime::RealOf<T>>) {
     lines.exact(
         nameOf("HasNaN"),

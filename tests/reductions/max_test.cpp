@@ -1,0 +1,17 @@
+#include "support/extremes.hpp"
+
+namespace {
+
+using namespace testsupport;
+
+template <class T>
+struct MaxTest : ::testing::Test {};
+TYPED_TEST_SUITE(MaxTest, TestTypes<gpuruntime::OrderedTypes>);
+
+TYPED_TEST(MaxTest, FindsTheFirstOfTheBest) {
+  for (const Shape& shape : reductionShapes(sizeof(TypeParam))) {
+    expectExtremes<gpuruntime::Max, gpuruntime::MaxWithIndex, true, TypeParam>(shape, 1 + shape.N % 3);
+  }
+}
+
+}  // namespace
