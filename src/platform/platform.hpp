@@ -42,10 +42,10 @@
 ///    by columns: `(row, column)` is `tile[column][row]`. `storeRuns(block, live, values, out, pitch, count)` has each
 ///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,
 ///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
-///    `PairTrees<T, N>`, in shared storage, holds the nodes of binary trees side by side, over `leaves` leaves in all: N,
-///    or a multiple where a block had best work on several trees at once. `node(level, i)` stands over the leaves from
-///    `i << level` on, `1 << level` of them, and may share its place with its right child. So only the thread that has
-///    read both children writes it, and only the one that has read it writes them.
+///    `PairTrees<T, N>`, in shared storage, holds the nodes of binary trees side by side, over `leaves` leaves in all:
+///    N, or a multiple where a block had best work on several trees at once. `node(level, i)` stands over the leaves
+///    from `i << level` on, `1 << level` of them, and may share its place with its right child. So only the thread that
+///    has read both children writes it, and only the one that has read it writes them.
 /// 8. **Moves.** `copyRun(block, out, in, live, count)` copies a run of elements, one a thread. `loadTile(block, tile,
 ///    live, in, pitch)` fills a tile in shared storage, whose rows are `tilePitch<T, N>` apart, and
 ///    `storeTransposed(block, tile, live, out, pitch, count)` writes its columns as rows; a barrier belongs between

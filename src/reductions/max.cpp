@@ -21,7 +21,7 @@ void MaxWithIndex::Invoker<T>::operator()(CUstream_st* stream, T* values, double
   reductionkernels::reduceWithIndex<T, reductionoperators::Max<T>>(stream, values, indices, input, N, L, K, S);
 }
 
-GPURUNTIME_INSTANTIATE(Max, ORDERED_TYPES);
-GPURUNTIME_INSTANTIATE(MaxWithIndex, ORDERED_TYPES);
+GPURUNTIME_INSTANTIATE(Max, REAL_AND_COMPLEX_FLOAT_TYPES);
+GPURUNTIME_INSTANTIATE(MaxWithIndex, REAL_AND_COMPLEX_FLOAT_TYPES);
 
 }  // namespace gpuruntime

@@ -21,7 +21,7 @@ void MinWithIndex::Invoker<T>::operator()(CUstream_st* stream, T* values, double
   reductionkernels::reduceWithIndex<T, reductionoperators::Min<T>>(stream, values, indices, input, N, L, K, S);
 }
 
-GPURUNTIME_INSTANTIATE(Min, ORDERED_TYPES);
-GPURUNTIME_INSTANTIATE(MinWithIndex, ORDERED_TYPES);
+GPURUNTIME_INSTANTIATE(Min, REAL_AND_COMPLEX_FLOAT_TYPES);
+GPURUNTIME_INSTANTIATE(MinWithIndex, REAL_AND_COMPLEX_FLOAT_TYPES);
 
 }  // namespace gpuruntime

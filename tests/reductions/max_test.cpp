@@ -6,7 +6,7 @@ using namespace testsupport;
 
 template <class T>
 struct MaxTest : ::testing::Test {};
-TYPED_TEST_SUITE(MaxTest, TestTypes<gpuruntime::OrderedTypes>);
+TYPED_TEST_SUITE(MaxTest, TestTypes<gpuruntime::RealAndComplexFloatTypes>);
 
 TYPED_TEST(MaxTest, FindsTheFirstOfTheBest) {
   for (const Shape& shape : reductionShapes(sizeof(TypeParam))) {

@@ -6,7 +6,7 @@ using namespace testsupport;
 
 template <class T>
 struct MinTest : ::testing::Test {};
-TYPED_TEST_SUITE(MinTest, TestTypes<gpuruntime::OrderedTypes>);
+TYPED_TEST_SUITE(MinTest, TestTypes<gpuruntime::RealAndComplexFloatTypes>);
 
 TYPED_TEST(MinTest, FindsTheFirstOfTheBest) {
   for (const Shape& shape : reductionShapes(sizeof(TypeParam))) {

@@ -22,7 +22,7 @@ class Max {
  public:
   template <class T>
   struct Invoker {
-    GPURUNTIME_FAMILY_TAKES(Max, T, OrderedTypes);
+    GPURUNTIME_FAMILY_TAKES(Max, T, RealAndComplexFloatTypes);
     GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long N, unsigned long L,
                                    unsigned long S) const;
   };
@@ -40,7 +40,7 @@ class MaxWithIndex {
  public:
   template <class T>
   struct Invoker {
-    GPURUNTIME_FAMILY_TAKES(MaxWithIndex, T, OrderedTypes);
+    GPURUNTIME_FAMILY_TAKES(MaxWithIndex, T, RealAndComplexFloatTypes);
     GPURUNTIME_API void operator()(CUstream_st* stream, T* values, double* indices, const T* input, unsigned long N,
                                    unsigned long L, unsigned long K, unsigned long S) const;
   };

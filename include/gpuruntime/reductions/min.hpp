@@ -22,7 +22,7 @@ class Min {
  public:
   template <class T>
   struct Invoker {
-    GPURUNTIME_FAMILY_TAKES(Min, T, OrderedTypes);
+    GPURUNTIME_FAMILY_TAKES(Min, T, RealAndComplexFloatTypes);
     GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long N, unsigned long L,
                                    unsigned long S) const;
   };
@@ -40,7 +40,7 @@ class MinWithIndex {
  public:
   template <class T>
   struct Invoker {
-    GPURUNTIME_FAMILY_TAKES(MinWithIndex, T, OrderedTypes);
+    GPURUNTIME_FAMILY_TAKES(MinWithIndex, T, RealAndComplexFloatTypes);
     GPURUNTIME_API void operator()(CUstream_st* stream, T* values, double* indices, const T* input, unsigned long N,
                                    unsigned long L, unsigned long K, unsigned long S) const;
   };
