@@ -27,6 +27,8 @@
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
 ///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
 ///    `block.forEachThreadOfBox(live, step)` is that for blocks of any extent along x.
+///    `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a matrix, for
+///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
@@ -52,7 +54,8 @@
 ///    them, as after any step. `prefetchRunAhead(run, step, live)` and `prefetchTile<N>(corner, pitch, live)` are
 ///    hints. Where `joinedRuns<T>` or `joinedTiles<T, N>` is above 1, a block had best do the work of so many
 ///    neighbours, and so many of its own steps, at once: then a run is so many times as long as the block, and a tile
-///    has so many times its edge.
+///    has so many times its edge. `blocksAtOnce` blocks had best be done at once where each has little to do, and
+///    `loadRuns<RUNS>(columns, in, n)` gives them their runs, element k of run t at `columns[k * RUNS + t]`.
 /// 9. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
 /// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `hypot(a, b)` and `atan2(y, x)` of
 ///    `polar.hpp` and `Power<T>(y)(x)` of `power.hpp`, the same on every backend. `exactDouble(x)` of an integer up to
