@@ -34,7 +34,7 @@ void check(unsigned long rows, unsigned long columns, long k, Keeps keeps, IsOne
 TYPED_TEST(TriangleTest, KeepTheirSideOfADiagonal) {
   using T = TypeParam;
   // The last two are large enough to be written past the caches.
-  const unsigned long large = (5UL << 20) / sizeof(T);
+  const unsigned long large = (17UL << 18) / sizeof(T);
   const unsigned long shapes[][2] = {{2, 2},  {1, 300}, {300, 1}, {5, 70},        {256, 40},
                                      {40, 9}, {0, 3},   {3, 0},   {3, large / 3}, {1051, large / 1051}};
   const long farAway = std::numeric_limits<long>::max() / 2;
