@@ -16,8 +16,9 @@ struct issortedCompare {
     if constexpr (CUDATraits<T>::iscomplex) {
       const RealOf<T> magnitudeA = gpucommon::scalarmath::magnitude(a);
       const RealOf<T> magnitudeB = gpucommon::scalarmath::magnitude(b);
-      // Most pairs need no more.
-      if (magnitudeA < magnitudeB) return true;
+      // Most pairs of sorted data need no more.
+      using gpucommon::bitsOf;
+      if (magnitudeA < magnitudeB || (bitsOf(a.x) == bitsOf(b.x) && bitsOf(a.y) == bitsOf(b.y))) return true;
       return !gpucommon::scalarmath::cminnancompare(b, magnitudeB, a, magnitudeA);
     } else {
       return !((b < a) | (CUDATraits<T>::isNaN(a) & !CUDATraits<T>::isNaN(b)));
