@@ -30,16 +30,17 @@
 ///    convert, and `mulhilo` multiplies; `+ - ^ & | ~ << >>` work on all words at once.
 /// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`;
 ///    `set(pack, words)` sets those of a pack.
-/// 7. **Outputs, tiles and trees.** `OutputWindow<T, N, PER_THREAD>` is how a block writes elements `[first, first + live)` of
+/// 7. **Outputs and tiles.** `OutputWindow<T, N, PER_THREAD>` is how a block writes elements `[first, first + live)` of
 ///    an array, each once: write through `pointer()` at the array's own index, then `flush(block)`. `OutputTile<T, N>`
 ///    is the same for N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage
 ///    by columns: `(row, column)` is `tile[column][row]`. `storeRuns(block, live, values, out, pitch, count)` has each
 ///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,
 ///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
-///    `PairTrees<T, N>`, in shared storage, holds the nodes of binary trees side by side, over `leaves` leaves in all: N,
-///    or a multiple where a block had best work on several trees at once. `node(level, i)` stands over the leaves from
-///    `i << level` on, `1 << level` of them, and may share its place with its right child. So only the thread that has
-///    read both children writes it, and only the one that has read it writes them.
+///    `PairTrees<T, N>`, in shared storage, holds binary trees side by side, over `leaves` leaves in all: N, or a
+///    multiple where a block had best work on several trees at once. `level(k)[i]` is the node over the leaves from
+///    i << k on, 1 << k of them. It may share its place with its right child, so that a step writes it in the thread
+///    that has read both children, and these in the one that has read it. `useOwnLeaves()` or, where `standsOnArrays`,
+///    `useArray(array)` says what is level 0.
 /// 8. **Moves.** `copyRun(block, out, in, live, count)` copies a run of elements, one a thread. `loadTile(block, tile,
 ///    live, in, pitch)` fills a tile in shared storage, whose rows are `tilePitch<T, N>` apart, and
 ///    `storeTransposed(block, tile, live, out, pitch, count)` writes its columns as rows; a barrier belongs between

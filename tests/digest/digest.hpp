@@ -123,5 +123,6 @@ void addBuild(Lines& lines);
 void addComplex(Lines& lines);
 void addElements(Lines& lines);
 void addElmath(Lines& lines);
+void addScans(Lines& lines);
 
 }  // namespace digest

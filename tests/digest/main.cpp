@@ -87,6 +87,7 @@ int main(int argc, char** argv) {
   digest::addComplex(run);
   digest::addElements(run);
   digest::addElmath(run);
+  digest::addScans(run);
   const std::vector<std::string>& actual = run.lines();
   if (argc == 1) {
     for (const std::string& line : actual) std::cout << line << "\n";
