@@ -44,10 +44,11 @@
 ///    by columns: `(row, column)` is `tile[column][row]`. `storeRuns(block, live, values, out, pitch, count)` has each
 ///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,
 ///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
-///    `PairTrees<T, N>`, in shared storage, holds the nodes of binary trees side by side, over `leaves` leaves in all:
-///    N, or a multiple where a block had best work on several trees at once. `node(level, i)` stands over the leaves
-///    from `i << level` on, `1 << level` of them, and may share its place with its right child. So only the thread that
-///    has read both children writes it, and only the one that has read it writes them.
+///    `PairTrees<T, N>`, in shared storage, holds binary trees side by side, over `leaves` leaves in all: N, or a
+///    multiple where a block had best work on several trees at once. `level(k)[i]` is the node over the leaves from
+///    i << k on, 1 << k of them. It may share its place with its right child, so that a step writes it in the thread
+///    that has read both children, and these in the one that has read it. `useOwnLeaves()` or, where `standsOnArrays`,
+///    `useArray(array)` says what is level 0.
 /// 8. **Moves.** `copyRun(block, out, in, live, count)` copies a run of elements, one a thread. `loadTile(block, tile,
 ///    live, in, pitch)` fills a tile in shared storage, whose rows are `tilePitch<T, N>` apart, and
 ///    `storeTransposed(block, tile, live, out, pitch, count)` writes its columns as rows; a barrier belongs between

@@ -125,5 +125,6 @@ void addElements(Lines& lines);
 void addElmath(Lines& lines);
 void addReductions(Lines& lines);
 void addSorting(Lines& lines);
+void addScans(Lines& lines);
 
 }  // namespace digest

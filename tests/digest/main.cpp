@@ -89,6 +89,7 @@ int main(int argc, char** argv) {
   digest::addElmath(run);
   digest::addReductions(run);
   digest::addSorting(run);
+  digest::addScans(run);
   const std::vector<std::string>& actual = run.lines();
   if (argc == 1) {
     for (const std::string& line : actual) std::cout << line << "\n";

@@ -143,23 +143,29 @@ HostArray<T> scanData(unsigned long size) {
   using R = gpuruntime::RealOf<T>;
   HostArray<T> array(size);
   std::minstd_rand next(static_cast<unsigned int>(size));
-  const auto below = [&](unsigned long n) { return (static_cast<unsigned long>(next()) << 31 | next()) % n; };
+  const auto below = [&](unsigned long n) {
+    const unsigned long high = next();
+    return (high << 31 | next()) % n;
+  };
   for (unsigned long i = 0; i < size; ++i) {
     R parts[2] = {};
     if constexpr (std::is_same_v<T, bool>) {
       parts[0] = (below(200) == 0) == isSum;
     } else if constexpr (isComplex<T> && std::is_floating_point_v<R> && !isSum) {
-      const R choices[][2] = {
-          {R(3) / 5, R(4) / 5}, {R(5) / 13, -R(12) / 13}, {R(15) / 17, R(8) / 17}, {-1, R(-0.0)}, {0, 1}};
-      std::copy_n(choices[below(4 + below(2))], 2, parts);
+      // Of magnitude 1; real, with zeros of both signs, in arrays of odd size: there the left factor's zero stays.
+      const R turns[][2] = {{R(3) / 5, R(4) / 5}, {R(5) / 13, -R(12) / 13}, {R(15) / 17, R(8) / 17}, {0, 1}};
+      const R reals[][2] = {{-1, R(-0.0)}, {1, R(-0.0)}, {-1, 0}, {1, 0}};
+      std::copy_n(size % 2 == 1 ? reals[below(4)] : turns[below(4)], 2, parts);
     } else {
       for (R& part : parts) {
         const bool isNegative = std::is_signed_v<R> && below(2) == 0;
         if constexpr (std::is_floating_point_v<R>) {
-          const R growth = R(0.8) + R(below(200)) / 1000;
-          part = isSum ? std::ldexp(R(below(1000)), static_cast<int>(below(60)) - 30) : below(2) ? growth : 1 / growth;
+          const R digits = R(below(1000)), growth = R(0.8) + digits / 5000;
+          const int exponent = static_cast<int>(below(60)) - 30;
+          part = isSum ? std::ldexp(digits, exponent) : exponent < 0 ? growth : 1 / growth;
         } else {
-          part = static_cast<R>(isSum ? below(std::numeric_limits<R>::max() / 3) : 1 + below(3) / 2 * below(3));
+          const int factors[] = {1, 1, 1, 1, 2, 3};
+          part = static_cast<R>(isSum ? below(std::numeric_limits<R>::max() / 3) : factors[below(6)]);
         }
         if (isNegative) part = -part;
       }

@@ -16,8 +16,8 @@
 /// - what stands in front, downwards: p_8(0) = I, p_k(2j) = p_k+1(j), `p_k(2j + 1) = p_k+1(j) op u_k(2j)`;
 /// - y(j) = p_0(j + 1), and the total for the last element of the tile.
 ///
-/// So each element of a tile but the last is combined with I once, on the left, and the last of a short tile on the
-/// right: a -0 at the start of a segment becomes +0 as a sum.
+/// So every element takes in I, on the left, or, as the last of a short tile, on the right; only the last of a whole
+/// tile does not. A sum of -0 alone is +0 there, where a column keeps -0.
 ///
 /// **Chunks.** A dimension of K * L elements may be folded into K chunks, which more blocks then scan at once:
 ///
