@@ -42,13 +42,13 @@ void moveDiagonal(CUstream_st* stream, T* output, const T* input, unsigned long 
 }  // namespace
 
 template <class T>
-void DiagMatToVec::Invoker<T>::operator()(CUstream_st* stream, T* vector, T const* matrix, unsigned long numRows,
+void DiagMatToVec::Invoker<T>::operator()(CUstream_st* stream, T* vector, const T* matrix, unsigned long numRows,
                                           long k, unsigned long n) const {
   moveDiagonal<DiagMatToVecKernel>(stream, vector, matrix, numRows, k, n);
 }
 
 template <class T>
-void DiagVecToMat::Invoker<T>::operator()(CUstream_st* stream, T* matrix, T const* vector, unsigned long numRows,
+void DiagVecToMat::Invoker<T>::operator()(CUstream_st* stream, T* matrix, const T* vector, unsigned long numRows,
                                           long k, unsigned long n) const {
   moveDiagonal<DiagVecToMatKernel>(stream, matrix, vector, numRows, k, n);
 }

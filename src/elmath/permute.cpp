@@ -55,7 +55,7 @@ void permuteImpl(CUstream_st* stream, T* output, const Sizes& outputSize, const 
 
 template <class T>
 void Permute::Invoker<T>::operator()(CUstream_st* stream, T* output, unsigned long numOutputSizes,
-                                     unsigned long const* outputSize, T const* input, unsigned long numInputSizes,
+                                     unsigned long const* outputSize, const T* input, unsigned long numInputSizes,
                                      unsigned long const* inputSize, unsigned long orderLength,
                                      unsigned long const* order) const {
   using Storage = gpucommon::StorageOf<T>;

@@ -52,21 +52,21 @@ auto bits(const T* elements) {
 }  // namespace
 
 template <class T>
-void RepmatColumnVector::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long length,
+void RepmatColumnVector::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long length,
                                                 unsigned long repeats) const {
   elementwise2d::launchWithDeviceFunctor<RepmatColumnVectorKernel<gpucommon::StorageOf<T>>>(stream, length, repeats,
                                                                                             bits(output), bits(input));
 }
 
 template <class T>
-void RepmatRowVector::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long length,
+void RepmatRowVector::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long length,
                                              unsigned long rows, unsigned long pages) const {
   elementwise3d::launchWithDeviceFunctor<RepmatRowVectorKernel<gpucommon::StorageOf<T>>>(stream, rows, length, pages,
                                                                                          bits(output), bits(input));
 }
 
 template <class T>
-void RepmatMatrixRows::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long rows,
+void RepmatMatrixRows::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long rows,
                                               unsigned long columns, unsigned long repeats) const {
   elementwise3d::launchWithDeviceFunctor<RepmatMatrixRowsKernel<gpucommon::StorageOf<T>>>(
       stream, rows, repeats, columns, bits(output), bits(input));

@@ -79,7 +79,7 @@ void rotate(CUstream_st* stream, U* output, const U* input, unsigned long numX, 
 }  // namespace
 
 template <class T>
-void Rot90::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long numX,
+void Rot90::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long numX,
                                    unsigned long numY, unsigned long numPages, bool clockwise) const {
   using Storage = gpucommon::StorageOf<T>;
   auto* to = reinterpret_cast<Storage*>(output);

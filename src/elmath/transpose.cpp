@@ -116,13 +116,13 @@ void transposeBits(CUstream_st* stream, T* output, const T* input, unsigned long
 }  // namespace
 
 template <class T>
-void Transpose::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long numX,
+void Transpose::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long numX,
                                        unsigned long numY) const {
   transposeBits(stream, output, input, numX, numY);
 }
 
 template <class T>
-void CTranspose::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long numX,
+void CTranspose::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long numX,
                                         unsigned long numY) const {
   if constexpr (gpucommon::CUDAIsComplex<T>::value) {
     transpose<true>(stream, output, input, numX, numY);

@@ -49,19 +49,19 @@ void triangle(CUstream_st* stream, T* output, const T* input, long k, unsigned l
 }  // namespace
 
 template <class T>
-void TriLower::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, long k, unsigned long numRows,
+void TriLower::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, long k, unsigned long numRows,
                                       unsigned long numCols) const {
   triangle<TrilTriU<StorageOf<T>, false>>(stream, output, input, k, numRows, numCols);
 }
 
 template <class T>
-void TriUpper::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, long k, unsigned long numRows,
+void TriUpper::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, long k, unsigned long numRows,
                                       unsigned long numCols) const {
   triangle<TrilTriU<StorageOf<T>, true>>(stream, output, input, k, numRows, numCols);
 }
 
 template <class T>
-void TriLowerOneOnDiag::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, long k,
+void TriLowerOneOnDiag::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, long k,
                                                unsigned long numRows, unsigned long numCols) const {
   triangle<TrilOneDiag<StorageOf<T>>>(stream, output, input, k, numRows, numCols, bitsOf(getOneImpl<T>()));
 }

@@ -8,7 +8,7 @@
 namespace gpuruntime {
 
 template <class T>
-void All::Invoker<T>::operator()(CUstream_st* stream, bool* output, T const* input, unsigned long N, unsigned long L,
+void All::Invoker<T>::operator()(CUstream_st* stream, bool* output, const T* input, unsigned long N, unsigned long L,
                                  unsigned long S) const {
   reductionkernels::reduce<T, bool, reductiontransforms::IsNotZero<T>, reductionoperators::And>(stream, output, input,
                                                                                                 N, L, S);

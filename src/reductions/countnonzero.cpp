@@ -17,7 +17,7 @@ struct FlagNonZeroTransform {
 }  // namespace
 
 template <class T>
-void CountNonZero::Invoker<T>::operator()(CUstream_st* stream, double* output, T const* input, unsigned long N,
+void CountNonZero::Invoker<T>::operator()(CUstream_st* stream, double* output, const T* input, unsigned long N,
                                           unsigned long L) const {
   reductionkernels::reduceSegments<T, double, FlagNonZeroTransform<double, T>, reductionoperators::Sum<double>>(
       stream, output, input, N, L);

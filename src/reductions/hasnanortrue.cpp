@@ -8,7 +8,7 @@
 namespace gpuruntime {
 
 template <class T>
-void HasNaN::Invoker<T>::operator()(CUstream_st* stream, bool* output, T const* input, unsigned long N,
+void HasNaN::Invoker<T>::operator()(CUstream_st* stream, bool* output, const T* input, unsigned long N,
                                     unsigned long L) const {
   reductionkernels::reduceSegments<T, bool, reductiontransforms::IsNanTransform<T>, reductionoperators::Or>(
       stream, output, input, N, L);

@@ -3,6 +3,7 @@
 /// They follow the shapes and the order of reductionkernels.hpp.
 #pragma once
 
+#include "reductions/reductiontransforms.hpp"
 #include "reductions/reductionutils.hpp"
 
 namespace gpuruntime::reductionkernels {
@@ -11,6 +12,7 @@ using gpucommon::hostDeviceMath::minSizeT;
 using platform::Live;
 using platform::PerThread;
 using platform::Thread;
+using reductiontransforms::Value;
 
 /// An element and where it stands.
 template <class T>
@@ -74,8 +76,10 @@ GPURUNTIME_DEVICE void pickSideBySide(const Block& block, T* values, double* ind
   Index places[MOST * SEGMENTS];
   const auto threads = block.template withShape<MOST * SEGMENTS>();
   platform::loadRuns<SEGMENTS>(lanes, in, n);
-  threads.forEachThread(Live{n * SEGMENTS},
-                        [&](Thread thread) { places[thread.x] = static_cast<Index>(thread.x / SEGMENTS); });
+  threads.forEachThread(Live{n * SEGMENTS}, [&](Thread thread) {
+    lanes[thread.x] = Value<T>::apply(lanes[thread.x]);
+    places[thread.x] = static_cast<Index>(thread.x / SEGMENTS);
+  });
   unsigned long h = 1;
   while (2 * h < n) h *= 2;
   for (; h > 0; h /= 2) {
@@ -122,10 +126,10 @@ struct SegmentedIndexReduceKernel : BlockFunctor<BLOCK_SIZE> {
       bestRow[thread] = 0;
     });
     block.forEachThread(Live{length}, [&](Thread thread) {
-      if (!platform::isIdle(thread.x >= length)) best[thread] = segment[thread.x];
+      if (!platform::isIdle(thread.x >= length)) best[thread] = Value<T>::apply(segment[thread.x]);
     });
     const auto fold = [&](Thread thread, const T& element, unsigned long row) {
-      keepBetter<Op>(best[thread], bestRow[thread], element, row + 1);
+      keepBetter<Op>(best[thread], bestRow[thread], Value<T>::apply(element), row + 1);
     };
     const unsigned long rows = length < BLOCK_SIZE ? 0 : length / BLOCK_SIZE - 1;
     block.forEachRow(Live{}, segment + BLOCK_SIZE, BLOCK_SIZE, rows, fold);
@@ -164,11 +168,11 @@ struct StridedIndexReduceKernel : BlockFunctor<BLOCK_SIZE> {
     PerThread<unsigned long, BLOCK_SIZE> bestRow;
     block.forEachThread(live, [&](Thread thread) {
       if (platform::isIdle(thread.x >= live.x)) return;
-      best[thread] = columns[thread.x];
+      best[thread] = Value<T>::apply(columns[thread.x]);
       bestRow[thread] = 0;
     });
     block.forEachRow(live, columns + S, S, L - 1, [&](Thread thread, const T& element, unsigned long row) {
-      keepBetter<Op>(best[thread], bestRow[thread], element, row + 1);
+      keepBetter<Op>(best[thread], bestRow[thread], Value<T>::apply(element), row + 1);
     });
     const unsigned long base = idx.group % K * L;
     block.forEachThread(live, [&](Thread thread) {

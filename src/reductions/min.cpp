@@ -11,8 +11,8 @@ namespace gpuruntime {
 template <class T>
 void Min::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long N, unsigned long L,
                                  unsigned long S) const {
-  reductionkernels::reduce<T, T, reductiontransforms::NoOp<T>, reductionoperators::Min<T>>(stream, output, input, N, L,
-                                                                                           S);
+  reductionkernels::reduce<T, T, reductiontransforms::Value<T>, reductionoperators::Min<T>>(stream, output, input, N, L,
+                                                                                            S);
 }
 
 template <class T>

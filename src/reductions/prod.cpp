@@ -16,14 +16,14 @@ using ToDouble = std::conditional_t<std::is_same_v<T, DoubleOf<T>>, reductiontra
 }  // namespace
 
 template <class T>
-void ProdNative::Invoker<T>::operator()(CUstream_st* stream, T* output, T const* input, unsigned long N,
+void ProdNative::Invoker<T>::operator()(CUstream_st* stream, T* output, const T* input, unsigned long N,
                                         unsigned long L, unsigned long S) const {
   reductionkernels::reduce<T, T, reductiontransforms::NoOp<T>, reductionoperators::Prod<T>>(stream, output, input, N, L,
                                                                                             S);
 }
 
 template <class T>
-void ProdAsDouble::Invoker<T>::operator()(CUstream_st* stream, DoubleOf<T>* output, T const* input, unsigned long N,
+void ProdAsDouble::Invoker<T>::operator()(CUstream_st* stream, DoubleOf<T>* output, const T* input, unsigned long N,
                                           unsigned long L, unsigned long S) const {
   reductionkernels::reduce<T, DoubleOf<T>, ToDouble<T>, reductionoperators::Prod<DoubleOf<T>>>(stream, output, input, N,
                                                                                                L, S);

@@ -23,6 +23,18 @@ struct NoOp {
   }
 };
 
+/// The element; of a `bool`, whose byte may be any, whether it is not 0.
+template <class T>
+struct Value {
+  static GPURUNTIME_DEVICE T apply(const T& value) {
+    if constexpr (std::is_same_v<T, bool>) {
+      return !CUDATraits<T>::isZero(value);
+    } else {
+      return value;
+    }
+  }
+};
+
 /// The conversion to `double` or `double2`, rounded to nearest; `bool` gives 1 for every byte but 0.
 template <class T, class D>
 struct Cast {

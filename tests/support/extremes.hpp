@@ -2,19 +2,29 @@
 /// What the tests of minima and maxima share: the stated rules, an element at a time.
 #pragma once
 
-#include "gpucommon/ptxmathcomplex.hpp"
+#include "support/complexorder.hpp"
 #include "support/reductions.hpp"
 
 namespace testsupport {
 
-/// True if a is strictly the better: smaller, or greater; NaN is the worst.
+/// True if a is strictly the better: smaller, or greater; a NaN magnitude is the worst.
 template <bool GREATEST, class T>
 bool isBetter(const T& a, const T& b) {
   if constexpr (isComplex<T>) {
-    namespace scalarmath = gpucommon::scalarmath;
-    return GREATEST ? scalarmath::cmaxnancompare(a, b) : scalarmath::cminnancompare(a, b);
+    const auto isNaN = [](const T& z) { return std::isnan(std::hypot(z.x, z.y)); };
+    return !isNaN(a) && (isNaN(b) || complexOrder(a, b) == (GREATEST ? -1 : 1));
   } else {
     return std::isnan(static_cast<double>(b)) ? !std::isnan(static_cast<double>(a)) : GREATEST ? a > b : a < b;
+  }
+}
+
+/// The element; of a `bool`, whose byte may be any, whether it is not 0.
+template <class T>
+T truthOf(const T& element) {
+  if constexpr (std::is_same_v<T, bool>) {
+    return reinterpret_cast<const unsigned char&>(element) != 0;
+  } else {
+    return element;
   }
 }
 
@@ -29,17 +39,28 @@ struct Place {
 /// complex values of one magnitude.
 template <class T>
 HostArray<T> candidates(unsigned long n) {
-  const HostArray<T> tricky = trickyValues<T>();
-  HostArray<T> array(n);
+  HostArray<T> few = trickyValues<T>(), array(n);
+  if constexpr (isComplex<T>) {
+    using Limits = std::numeric_limits<gpuruntime::RealOf<T>>;
+    constexpr auto inf = Limits::infinity(), NaN = Limits::quiet_NaN(), most = Limits::max();
+    few = arrayOf(std::vector<T>{{3, 4},
+                                 {-4, 3},
+                                 {0, 5},
+                                 {-5, -0.0f},
+                                 {3, -4},
+                                 {5, 0},
+                                 {1, NaN},
+                                 {-0.0f, 0},
+                                 {inf, NaN},
+                                 {0, -inf},
+                                 {most, most},
+                                 {most, most / 2},
+                                 {NaN, NaN}});
+  }
   std::mt19937_64 next(n);
   for (unsigned long i = 0; i < n; ++i) {
-    // Runs without the infinities and limits among them, which would hide the others.
-    const unsigned long known = i / 700 % 2 == 0 ? tricky.size() : std::min(tricky.size(), 6UL);
-    array[i] = tricky[next() % known];
-    if constexpr (isComplex<T>) {
-      const T ofOneMagnitude[] = {{3, 4}, {-4, 3}, {0, 5}, {-5, -0.0}, {3, -4}, {5, 0}};
-      if (next() % 4 != 0) array[i] = ofOneMagnitude[next() % 6];
-    }
+    // Runs without the infinities and limits, which would hide the others.
+    array[i] = few[next() % (i / 700 % 2 == 0 ? few.size() : std::min(few.size(), 6UL))];
   }
   return array;
 }
@@ -67,7 +88,7 @@ void expectExtremes(const Shape& shape, unsigned long K) {
     std::vector<Place<T>> places;
     std::vector<T> plain;
     for (unsigned long r = 0; r < length; ++r) {
-      const T element = in[first + r * S];
+      const T element = truthOf(in[first + r * S]);
       if (r < lanes) {
         places.push_back({element, r});
         plain.push_back(element);

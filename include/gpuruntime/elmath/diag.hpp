@@ -21,7 +21,7 @@ class DiagMatToVec {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(DiagMatToVec, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* vector, T const* matrix, unsigned long numRows, long k,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* vector, const T* matrix, unsigned long numRows, long k,
                                    unsigned long n) const;
   };
 };
@@ -35,7 +35,7 @@ class DiagVecToMat {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(DiagVecToMat, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* matrix, T const* vector, unsigned long numRows, long k,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* matrix, const T* vector, unsigned long numRows, long k,
                                    unsigned long n) const;
   };
 };

@@ -28,7 +28,7 @@ class Permute {
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(Permute, T, AllTypes);
     GPURUNTIME_API void operator()(CUstream_st* stream, T* output, unsigned long numOutputSizes,
-                                   unsigned long const* outputSize, T const* input, unsigned long numInputSizes,
+                                   unsigned long const* outputSize, const T* input, unsigned long numInputSizes,
                                    unsigned long const* inputSize, unsigned long orderLength,
                                    unsigned long const* order) const;
   };

@@ -17,7 +17,7 @@ class RepmatColumnVector {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(RepmatColumnVector, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long length,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long length,
                                    unsigned long repeats) const;
   };
 };
@@ -33,7 +33,7 @@ class RepmatRowVector {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(RepmatRowVector, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long length,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long length,
                                    unsigned long rows, unsigned long pages) const;
   };
 };
@@ -49,7 +49,7 @@ class RepmatMatrixRows {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(RepmatMatrixRows, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long rows,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long rows,
                                    unsigned long columns, unsigned long repeats) const;
   };
 };

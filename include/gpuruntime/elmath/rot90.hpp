@@ -23,7 +23,7 @@ class Rot90 {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(Rot90, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long numX,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long numX,
                                    unsigned long numY, unsigned long numPages, bool clockwise) const;
   };
 };

@@ -18,7 +18,7 @@ class Transpose {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(Transpose, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long numX,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long numX,
                                    unsigned long numY) const;
   };
 };
@@ -34,7 +34,7 @@ class CTranspose {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(CTranspose, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long numX,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long numX,
                                    unsigned long numY) const;
   };
 };

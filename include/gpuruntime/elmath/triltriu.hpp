@@ -22,7 +22,7 @@ class TriLower {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(TriLower, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, long k, unsigned long numRows,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, long k, unsigned long numRows,
                                    unsigned long numCols) const;
   };
 };
@@ -36,7 +36,7 @@ class TriLowerOneOnDiag {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(TriLowerOneOnDiag, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, long k, unsigned long numRows,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, long k, unsigned long numRows,
                                    unsigned long numCols) const;
   };
 };
@@ -49,7 +49,7 @@ class TriUpper {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(TriUpper, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, long k, unsigned long numRows,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, long k, unsigned long numRows,
                                    unsigned long numCols) const;
   };
 };

@@ -23,7 +23,7 @@ class All {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(All, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, bool* output, T const* input, unsigned long N, unsigned long L,
+    GPURUNTIME_API void operator()(CUstream_st* stream, bool* output, const T* input, unsigned long N, unsigned long L,
                                    unsigned long S) const;
   };
 };

@@ -23,7 +23,7 @@ class Any {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(Any, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, bool* output, T const* input, unsigned long N, unsigned long L,
+    GPURUNTIME_API void operator()(CUstream_st* stream, bool* output, const T* input, unsigned long N, unsigned long L,
                                    unsigned long S) const;
   };
 };

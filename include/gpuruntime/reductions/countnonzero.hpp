@@ -20,7 +20,7 @@ class CountNonZero {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(CountNonZero, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, double* output, T const* input, unsigned long N,
+    GPURUNTIME_API void operator()(CUstream_st* stream, double* output, const T* input, unsigned long N,
                                    unsigned long L) const;
   };
 };

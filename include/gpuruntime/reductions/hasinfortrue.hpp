@@ -19,7 +19,7 @@ class HasInf {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(HasInf, T, FloatTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, bool* output, T const* input, unsigned long N,
+    GPURUNTIME_API void operator()(CUstream_st* stream, bool* output, const T* input, unsigned long N,
                                    unsigned long L) const;
   };
 };

@@ -30,7 +30,7 @@ class ProdNative {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(ProdNative, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long N, unsigned long L,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long N, unsigned long L,
                                    unsigned long S) const;
   };
 };
@@ -42,7 +42,7 @@ class ProdAsDouble {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(ProdAsDouble, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, DoubleOf<T>* output, T const* input, unsigned long N,
+    GPURUNTIME_API void operator()(CUstream_st* stream, DoubleOf<T>* output, const T* input, unsigned long N,
                                    unsigned long L, unsigned long S) const;
   };
 };

@@ -32,7 +32,7 @@ class SumNative {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(SumNative, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, T const* input, unsigned long N, unsigned long L,
+    GPURUNTIME_API void operator()(CUstream_st* stream, T* output, const T* input, unsigned long N, unsigned long L,
                                    unsigned long S) const;
   };
 };
@@ -44,7 +44,7 @@ class SumAsDouble {
   template <class T>
   struct Invoker {
     GPURUNTIME_FAMILY_TAKES(SumAsDouble, T, AllTypes);
-    GPURUNTIME_API void operator()(CUstream_st* stream, DoubleOf<T>* output, T const* input, unsigned long N,
+    GPURUNTIME_API void operator()(CUstream_st* stream, DoubleOf<T>* output, const T* input, unsigned long N,
                                    unsigned long L, unsigned long S) const;
   };
 };
