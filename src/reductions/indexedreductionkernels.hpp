@@ -3,6 +3,8 @@
 /// They follow the shapes and the order of reductionkernels.hpp.
 #pragma once
 
+#include <cstring>
+
 #include "reductions/reductiontransforms.hpp"
 #include "reductions/reductionutils.hpp"
 
@@ -21,20 +23,37 @@ struct ValueIndexPair {
   unsigned long index;
 };
 
+/// `chooses ? a : b` by a mask. A conditional expression would make a conditional store of an element that stays, and
+/// that keeps loops over lanes from being vectorised.
+template <class T>
+GPURUNTIME_DEVICE T select(bool chooses, const T& a, const T& b) {
+  if constexpr (gpucommon::CUDATraits<T>::iscomplex) {
+    return T{select(chooses, a.x, b.x), select(chooses, a.y, b.y)};
+  } else {
+    using Bits = gpucommon::StorageOf<T>;
+    const auto mask = static_cast<Bits>(Bits{0} - static_cast<Bits>(chooses));
+    const auto bits = static_cast<Bits>((gpucommon::bitsOf(a) & mask) | (gpucommon::bitsOf(b) & ~mask));
+    T value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+  }
+}
+
 /// Replaces (value, index) by (other, otherIndex) if that is the better, or as good and further to the front.
 template <class Op, class T, class Index>
 GPURUNTIME_DEVICE void pick(T& value, Index& index, const T& other, Index otherIndex) {
-  const bool stays = index < otherIndex ? !Op::beats(other, value) : Op::beats(value, other);
-  value = stays ? value : other;
-  index = stays ? index : otherIndex;
+  const bool isInFront = index < otherIndex;
+  const bool stays = (isInFront & !Op::beats(other, value)) | (!isInFront & Op::beats(value, other));
+  value = select(stays, value, other);
+  index = select(stays, index, otherIndex);
 }
 
 /// The same for an element known to stand further back.
 template <class Op, class T, class Index>
 GPURUNTIME_DEVICE void keepBetter(T& value, Index& index, const T& other, Index otherIndex) {
   const bool goes = Op::beats(other, value);
-  value = goes ? other : value;
-  index = goes ? otherIndex : index;
+  value = select(goes, other, value);
+  index = select(goes, otherIndex, index);
 }
 
 /// The values of the lanes of a block, and where they stand.
@@ -85,7 +104,7 @@ GPURUNTIME_DEVICE void pickSideBySide(const Block& block, T* values, double* ind
   for (; h > 0; h /= 2) {
     const unsigned long pairs = minSizeT(h, n - minSizeT(h, n));
     threads.forEachThread(Live{pairs * SEGMENTS}, [&](Thread thread) {
-      const auto t = thread.x, other = t + h * SEGMENTS;
+      const platform::ThreadIndex t = thread.x, other = t + h * SEGMENTS;
       pick<Op>(lanes[t], places[t], lanes[other], places[other]);
     });
   }
