@@ -1,3 +1,9 @@
+# Compilers fuse products beside each other into an alternating sum although they are told not to contract.
+if(GPURUNTIME_BACKEND STREQUAL "cpu" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+  add_test(NAME contraction COMMAND sh -c
+    "test -x \"$0\" -a -r \"$1\" && ! \"$0\" -d \"$1\" | grep -E 'vfm(addsub|subadd)'"
+    ${CMAKE_OBJDUMP} $<TARGET_FILE:gpuruntime>)
+endif()
 if(NOT GPURUNTIME_HOST_STANDIN)
   return()  # The list names the stand-in's error.
 endif()
