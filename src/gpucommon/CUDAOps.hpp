@@ -37,10 +37,13 @@ GPURUNTIME_HOST_DEVICE T addImpl(const T& a, const T& b) {
     // Clamped before the sum: without a wider type, a loop of sums takes half the instructions.
     using Limits = std::numeric_limits<T>;
     using Wrapping = WrappingInteger<T>;
+    T clamped = a;
+    if constexpr (std::is_signed_v<T>) {
+      const T lowest = static_cast<T>(Limits::min() - (b < 0 ? b : T(0)));
+      clamped = a < lowest ? lowest : a;
+    }
     const T highest = static_cast<T>(Limits::max() - (b > 0 ? b : T(0)));
-    const T lowest = static_cast<T>(Limits::min() - (b < 0 ? b : T(0)));
-    const T notTooHigh = a > highest ? highest : a;
-    const T clamped = notTooHigh < lowest ? lowest : notTooHigh;
+    clamped = clamped > highest ? highest : clamped;
     return static_cast<T>(static_cast<Wrapping>(clamped) + static_cast<Wrapping>(b));
   }
 }

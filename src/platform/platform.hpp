@@ -7,7 +7,8 @@
 ///    one copy per source unit, zero at load. `GPURUNTIME_CONSTANT_TABLE(T, name, value)` defines one with a value
 ///    known at compile time, which `GPURUNTIME_TABLE(name)` reads, on the host too. `GPURUNTIME_SHARED(T, name)`
 ///    defines a block's shared storage inside a block functor: raw, never initialised. GPURUNTIME_INLINE stands before
-///    functions, for kernels and the host, whose calls must leave no trace.
+///    functions, for kernels and the host, whose calls must leave no trace; GPURUNTIME_CALLED before those that a GPU
+///    had better call, since copies of them would take a kernel's registers.
 /// 2. **Runtime calls** under their platform names, in `gpuruntime::platform`: `cudaGetDevice`,
 ///    `cudaGetDeviceProperties`, `cudaGetErrorString`, `cudaFuncGetAttributes`, `cudaMemcpyAsync`,
 ///    `cudaMemcpyToSymbolAsync`, `cudaMemcpyFromSymbolAsync`, `cudaMemcpyToSymbol`, `cudaMemcpyFromSymbol`,

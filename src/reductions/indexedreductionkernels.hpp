@@ -95,15 +95,18 @@ GPURUNTIME_DEVICE void pickSideBySide(const Block& block, T* values, double* ind
   Index places[MOST * SEGMENTS];
   const auto threads = block.template withShape<MOST * SEGMENTS>();
   platform::loadRuns<SEGMENTS>(lanes, in, n);
-  threads.forEachThread(Live{n * SEGMENTS}, [&](Thread thread) {
-    lanes[thread.x] = Value<T>::apply(lanes[thread.x]);
-    places[thread.x] = static_cast<Index>(thread.x / SEGMENTS);
-  });
+  threads.forEachThread(Live{n * SEGMENTS}, [&](Thread thread) { lanes[thread.x] = Value<T>::apply(lanes[thread.x]); });
   unsigned long h = 1;
   while (2 * h < n) h *= 2;
-  for (; h > 0; h /= 2) {
-    const unsigned long pairs = minSizeT(h, n - minSizeT(h, n));
-    threads.forEachThread(Live{pairs * SEGMENTS}, [&](Thread thread) {
+  threads.forEachThread(Live{h * SEGMENTS},
+                        [&](Thread thread) { places[thread.x] = static_cast<Index>(thread.x / SEGMENTS); });
+  // Every other element meets its first partner here, which stands further back.
+  threads.forEachThread(Live{(n - minSizeT(h, n)) * SEGMENTS}, [&](Thread thread) {
+    const platform::ThreadIndex t = thread.x, other = t + h * SEGMENTS;
+    keepBetter<Op>(lanes[t], places[t], lanes[other], static_cast<Index>(other / SEGMENTS));
+  });
+  for (h /= 2; h > 0; h /= 2) {
+    threads.forEachThread(Live{h * SEGMENTS}, [&](Thread thread) {
       const platform::ThreadIndex t = thread.x, other = t + h * SEGMENTS;
       pick<Op>(lanes[t], places[t], lanes[other], places[other]);
     });

@@ -8,6 +8,13 @@
 namespace gpuruntime {
 namespace {
 
+// A call of its own: inlined for each of a thread's elements, the order of complex values would take more registers
+// than a GPU has.
+template <class T>
+GPURUNTIME_CALLED bool comesBefore(const T& a, RealOf<T> magnitudeA, const T& b, RealOf<T> magnitudeB) {
+  return gpucommon::scalarmath::cminnancompare(a, magnitudeA, b, magnitudeB);
+}
+
 /// True unless b must stand in front of a.
 template <class T>
 struct issortedCompare {
@@ -19,7 +26,7 @@ struct issortedCompare {
       // Most pairs of sorted data need no more.
       using gpucommon::bitsOf;
       if (magnitudeA < magnitudeB || (bitsOf(a.x) == bitsOf(b.x) && bitsOf(a.y) == bitsOf(b.y))) return true;
-      return !gpucommon::scalarmath::cminnancompare(b, magnitudeB, a, magnitudeA);
+      return !comesBefore(b, magnitudeB, a, magnitudeA);
     } else {
       return !((b < a) | (CUDATraits<T>::isNaN(a) & !CUDATraits<T>::isNaN(b)));
     }

@@ -19,7 +19,7 @@ struct Shape {
 /// Segments around the block and its half, short ones in groups and alone, the last one shorter; long enough to be
 /// shared among cores; columns around the block; more blocks than a grid dimension holds.
 inline std::vector<Shape> reductionShapes(unsigned long elementBytes, bool columnsToo = true) {
-  const unsigned long shared = (1UL << 20) / elementBytes + 777;
+  const unsigned long shared = (1UL << 22) / elementBytes + 777;
   std::vector<Shape> shapes{{0, 0, 1}, {0, 5, 1}, {200003, 3, 1}, {100000, 100000, 1}, {shared, shared, 1}};
   for (const unsigned long L :
        {1, 2, 3, 4, 7, 8, 17, 64, 100, 127, 128, 129, 255, 256, 257, 511, 512, 513, 2304, 3000}) {

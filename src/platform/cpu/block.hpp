@@ -162,17 +162,23 @@ class Block {
   unsigned long blocks() const { return static_cast<unsigned long>(grid_.x) * grid_.y * grid_.z; }
 
  private:
-  // Several rows in one loop over the threads keep what a thread carries along in a register.
+  // Several rows in one loop over the threads keep what a thread carries along in a register. But memory is read
+  // fastest in its own order, so rows that follow one another without a gap are taken one by one, unless they are
+  // short.
   static constexpr unsigned int rowsAtOnce = 8;
+  static constexpr unsigned long shortRowBytes = 128;
 
   template <class T, class Step>
   static GPURUNTIME_INLINE void runRows(ThreadRange range, const T* in, unsigned long pitch, RowRange rows, Step step) {
-    const T* from = in + rows.first * pitch;
+    const bool isOneByOne = range.last - range.first == pitch && pitch * sizeof(T) > shortRowBytes;
     unsigned long row = rows.first;
-    for (; row + rowsAtOnce <= rows.last; row += rowsAtOnce, from += rowsAtOnce * pitch) {
-      GPURUNTIME_SIMD
-      for (ThreadIndex x = range.first; x < range.last; ++x) {
-        unrolled<rowsAtOnce>([&](auto k) { step(Thread{x, 0, 0, x}, from[k * pitch + x], row + k); });
+    const T* from = in + row * pitch;
+    if (!isOneByOne) {
+      for (; row + rowsAtOnce <= rows.last; row += rowsAtOnce, from += rowsAtOnce * pitch) {
+        GPURUNTIME_SIMD
+        for (ThreadIndex x = range.first; x < range.last; ++x) {
+          unrolled<rowsAtOnce>([&](auto k) { step(Thread{x, 0, 0, x}, from[k * pitch + x], row + k); });
+        }
       }
     }
     for (; row < rows.last; ++row, from += pitch) {

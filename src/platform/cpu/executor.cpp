@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 
 namespace gpuruntime::platform::detail {
 namespace {
@@ -66,19 +65,31 @@ bool isWorthSharing(unsigned long blocks, unsigned long threads, unsigned long e
 
 void shareRows(unsigned long threads, unsigned long elementBytes, RowRange rows,
                void (*run)(const void* body, ThreadRange threads, RowRange rows), const void* body) {
-  // Bands of rows keep the cores together, so that what one of them fetches too early serves the others.
-  static const unsigned long bandBytes = getenv("BAND") ? atol(getenv("BAND")) : 1UL << 22;
+  // One core reads whole rows, in the order of memory; several read a part of each row, which disturbs the prefetching.
+  // Which is faster depends on the work and on the machine. So of every so many bands of rows two are timed, one each
+  // way. Bands also keep the cores together: what one of them fetches too early serves the others.
+  constexpr unsigned long bandBytes = 1UL << 21, trialEvery = 32, lineBytes = 64;
   const unsigned long band = std::max(64UL, bandBytes / (threads * elementBytes));
   const auto cores = static_cast<unsigned long>(oneapi::tbb::this_task_arena::max_concurrency());
-  const unsigned long perLine = 64 / elementBytes;
+  const unsigned long perLine = std::max(1UL, lineBytes / elementBytes);
   const unsigned long lines = (threads + perLine - 1) / perLine;
   const unsigned long grain = (lines + cores - 1) / cores * perLine;
   const unsigned long parts = (threads + grain - 1) / grain;
-  for (unsigned long row = rows.first; row < rows.last; row += band) {
+  Clock::duration alone{}, shared{};
+  unsigned long number = 0;
+  for (unsigned long row = rows.first; row < rows.last; row += band, ++number) {
     const RowRange part{row, std::min(rows.last, row + band)};
-    oneapi::tbb::parallel_for(0UL, parts, [=](unsigned long p) {
-      run(body, {p * grain, std::min(threads, (p + 1) * grain)}, part);
-    });
+    const unsigned long trial = number % trialEvery;
+    const Clock::time_point start = Clock::now();
+    if (trial == 1 || (trial > 1 && alone < shared)) {
+      run(body, {0, threads}, part);
+      if (trial == 1) alone = Clock::now() - start;
+    } else {
+      oneapi::tbb::parallel_for(0UL, parts, [=](unsigned long p) {
+        run(body, {p * grain, std::min(threads, (p + 1) * grain)}, part);
+      });
+      if (trial == 0) shared = Clock::now() - start;
+    }
   }
 }
 

@@ -23,6 +23,7 @@
 #endif
 
 #define GPURUNTIME_INLINE inline __attribute__((always_inline))
+#define GPURUNTIME_CALLED inline
 
 namespace gpuruntime::platform::detail {
 

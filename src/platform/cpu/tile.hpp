@@ -352,6 +352,8 @@ struct BitsOf<16> {
 template <unsigned int RUNS, class T>
 GPURUNTIME_INLINE void loadRuns(T* columns, const T* in, unsigned long n) {
   using Bits = typename detail::BitsOf<sizeof(T)>::type;
+  // Runs side by side are not read in the order of memory. So the runs behind them, likely the next, are asked for.
+  detail::prefetchBytes(in + RUNS * n, RUNS * n * sizeof(T));
   detail::transposeRuns<RUNS>(reinterpret_cast<Bits*>(columns), reinterpret_cast<const Bits*>(in), n);
 }
 

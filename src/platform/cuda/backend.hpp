@@ -25,6 +25,7 @@
 #define GPURUNTIME_SHARED(T, name) __shared__ T name
 
 #define GPURUNTIME_INLINE __host__ __device__ __forceinline__
+#define GPURUNTIME_CALLED __host__ __device__ __noinline__
 
 #include "../polar.hpp"
 #include "../power.hpp"
