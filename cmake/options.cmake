@@ -8,6 +8,7 @@ set(GPURUNTIME_HOST_LIBRARIES "" CACHE STRING "Libraries of the real host enviro
 set(GPURUNTIME_HOST_INCLUDE ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/host CACHE PATH "Folder of hostenvironment.hpp, which declares the host environment's messages and the function that raises them")
 option(GPURUNTIME_SANITIZE "Address and undefined-behaviour sanitizers" OFF)
 option(GPURUNTIME_CHECKING "Run the threads of a step and the blocks of a launch in another order (cpu backend)" OFF)
+option(GPURUNTIME_CHECK_INDICES "Gathers and scatters refuse an index outside its extent, and report it" OFF)
 option(GPURUNTIME_TESTS "Build the tests" ON)
 option(GPURUNTIME_BENCHMARKS "Build the benchmarks" ON)
 option(GPURUNTIME_EXAMPLES "Build the examples" ON)

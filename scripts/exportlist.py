@@ -134,7 +134,13 @@ def generator_lists():
     return {name: split_parameters(members) for name, members in re.findall(r"using (\w+) =\s*TypeList<([^<>]*)>;", text)}
 
 
-def invoker_names(family, spelled, parameters, body, lists):
+def subscript_kinds():
+    """The combinations of kinds of subscript, in order."""
+    text = strip_comments((HEADERS / "subscriptkinds.hpp").read_text())
+    return re.findall(r"\bX\(A, ([^,()]+), ([^,()]+), ([^,()]+)\)", text)
+
+
+def invoker_names(family, spelled, given, parameters, body, lists):
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
     if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):
@@ -142,33 +148,40 @@ def invoker_names(family, spelled, parameters, body, lists):
                          % (family, family))
     # Every combination is a member. A family of which only some are would leave out the others here.
     for combination in itertools.product(*(chosen[parameter] for parameter in parameters)):
-        types = dict(zip(parameters, combination))
+        types = {**given, **dict(zip(parameters, combination))}
         for name, arguments, const in functions(body):
             yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
                 spelled, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)
 
 
 def families_spelled(family, parameters, body):
-    """The names of a family: its own, or one for each generator where it is a template over them."""
+    """The names of a family, each with the arguments of its class template: its own, or one for each generator or each
+    combination of subscripts that it is a template over."""
     if not parameters:
-        return [family]
-    takes = re.findall(r"GPURUNTIME_GENERATOR_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
-    # A template over anything else would be walked here.
-    if len(takes) != 1 or takes[0][:2] != (family, parameters[0]) or len(parameters) != 1:
-        raise ValueError("%s: exportlist.py knows class templates over one generator alone" % family)
-    return ["%s<%s>" % (family, generator) for generator in generator_lists()[takes[0][2]]]
+        return [(family, {})]
+    taken = ", ".join([family, *parameters])
+    if re.search(r"GPURUNTIME_SUBSCRIPT_FAMILY_TAKES\(%s\)" % taken, body):
+        arguments = subscript_kinds()
+    else:
+        takes = re.findall(r"GPURUNTIME_GENERATOR_FAMILY_TAKES\(%s, (\w+)\)" % taken, body)
+        # A template over anything else would be walked here.
+        if len(takes) != 1 or len(parameters) != 1:
+            raise ValueError("%s: exportlist.py knows class templates over a generator or subscripts alone" % family)
+        arguments = [(generator,) for generator in generator_lists()[takes[0]]]
+    return [("%s<%s>" % (family, ", ".join(spell(a, {}) for a in chosen)), dict(zip(parameters, chosen)))
+            for chosen in arguments]
 
 
 def family_names(header, lists):
     found, top = classes(strip_comments(header.read_text()))
     for parameters, family, body in found:
         inner, rest = classes(body)
-        for spelled in families_spelled(family, parameters, body):
+        for spelled, given in families_spelled(family, parameters, body):
             for name, arguments, const in functions(rest):
                 yield "gpuruntime::%s::%s(%s)%s" % (spelled, name, ", ".join(spell(a, {}) for a in arguments), const)
             for invoker_parameters, name, invoker_body in inner:
                 if name == "Invoker":
-                    yield from invoker_names(family, spelled, invoker_parameters, invoker_body, lists)
+                    yield from invoker_names(family, spelled, given, invoker_parameters, invoker_body, lists)
     # Function templates over the generators.
     for returned, name, arguments in re.findall(
             r"template\s*<class G>\s*GPURUNTIME_API\s+(\w+)\s+(\w+)\(([^()]*)\);", top):

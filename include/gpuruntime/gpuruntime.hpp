@@ -28,6 +28,10 @@
 #include <gpuruntime/elmath/scale.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/elmath/triltriu.hpp>
+#include <gpuruntime/indexing/indexvalidation.hpp>
+#include <gpuruntime/indexing/sub2ind2sub.hpp>
+#include <gpuruntime/indexing/subsasgn.hpp>
+#include <gpuruntime/indexing/subsref.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>
 #include <gpuruntime/reductions/all.hpp>
@@ -45,5 +49,6 @@
 #include <gpuruntime/sorting/issortedKernel.hpp>
 #include <gpuruntime/sorting/sortMatrix.hpp>
 #include <gpuruntime/sorting/sortVector.hpp>
+#include <gpuruntime/subscriptkinds.hpp>
 #include <gpuruntime/util/device.hpp>
 #include <gpuruntime/util/messageerror.hpp>

@@ -1,0 +1,134 @@
+/// @file
+/// Subscripts as kernels take them, the places that they choose, and the guard that refuses those outside the array.
+#pragma once
+
+#include <gpuruntime/launcher/elementwise.hpp>
+#include <gpuruntime/launcher/elementwise2d.hpp>
+#include <gpuruntime/launcher/elementwise3d.hpp>
+#include <gpuruntime/subscriptkinds.hpp>
+
+#include <type_traits>
+
+#include "gpucommon/hostDeviceCast.hpp"
+#include "indexing/errorword.hpp"
+#include "util/force_instantiate_util.hpp"
+
+namespace gpuruntime {
+
+#if defined(GPURUNTIME_CHECK_INDICES)
+inline constexpr bool checksIndices = true;
+#else
+inline constexpr bool checksIndices = false;
+#endif
+
+namespace indexingdetail {
+struct LeavesSomeElements {};
+}  // namespace indexingdetail
+
+/// Base of the functors that write their own element unless the guard refuses, which takes that promise from them.
+using WritesUnlessRefused =
+    std::conditional_t<checksIndices, indexingdetail::LeavesSomeElements, elementwise::WritesOwnElement>;
+
+/// What a subscript of one of the kinds chooses: `at(k)` is its index number k, counted from 0.
+template <class I>
+struct Subscript;
+
+template <>
+struct Subscript<const double*> {
+  const double* list;
+  unsigned long extent;
+
+  GPURUNTIME_DEVICE unsigned long at(unsigned long k) const {
+    return gpucommon::castdetail::truncateTo<unsigned long>(list[k]) - 1;
+  }
+};
+
+template <>
+struct Subscript<double2> {
+  unsigned long first;
+  unsigned long step;
+  unsigned long extent;
+
+  GPURUNTIME_DEVICE unsigned long at(unsigned long k) const { return first + step * k; }
+};
+
+inline Subscript<const double*> subscript(const double* list, unsigned long extent) {
+  return {list, extent};
+}
+
+inline Subscript<double2> subscript(double2 range, unsigned long extent) {
+  const auto truncated = [](double x) {
+    return static_cast<unsigned long>(gpucommon::castdetail::truncateTo<long>(x));
+  };
+  return {truncated(range.x) - 1, truncated(range.y), extent};
+}
+
+/// A place in the array that is subscripted, and, under the guard, whether the array has it.
+struct Place {
+  unsigned long index;
+  bool isInside;
+};
+
+GPURUNTIME_DEVICE bool isWithin(unsigned long position, unsigned long extent) {
+  return !checksIndices || position < extent;
+}
+
+template <class I1>
+GPURUNTIME_DEVICE Place placeOf(const cuda::ElementwiseIterator& it, Subscript<I1> first) {
+  const unsigned long x = first.at(it.index);
+  return {x, isWithin(x, first.extent)};
+}
+
+template <class I1, class I2>
+GPURUNTIME_DEVICE Place placeOf(const cuda::Elementwise2DIterator& it, Subscript<I1> first, Subscript<I2> second) {
+  const unsigned long x = first.at(it.x), y = second.at(it.y);
+  return {x + first.extent * y, isWithin(x, first.extent) && isWithin(y, second.extent)};
+}
+
+template <class I1, class I2, class I3>
+GPURUNTIME_DEVICE Place placeOf(const cuda::Elementwise3DIterator& it, Subscript<I1> first, Subscript<I2> second,
+                                Subscript<I3> third) {
+  const unsigned long x = first.at(it.x), y = second.at(it.y), z = third.at(it.z);
+  return {x + first.extent * (y + second.extent * z),
+          isWithin(x, first.extent) && isWithin(y, second.extent) && isWithin(z, third.extent)};
+}
+
+/// Where a thread's element stands in the array that isn't subscripted.
+GPURUNTIME_DEVICE unsigned long denseIndex(const cuda::ElementwiseIterator& it) {
+  return it.index;
+}
+GPURUNTIME_DEVICE unsigned long denseIndex(const cuda::Elementwise2DIterator& it) {
+  return it.sizeX * it.y + it.x;
+}
+GPURUNTIME_DEVICE unsigned long denseIndex(const cuda::Elementwise3DIterator& it) {
+  return (it.sizeY * it.z + it.y) * it.sizeX + it.x;
+}
+
+/// True if the guard refuses a place, which it then reports.
+[[maybe_unused]] static GPURUNTIME_DEVICE bool isRefused(const Place& place) {
+  if constexpr (checksIndices) {
+    if (!place.isInside) raiseOutOfRange();
+    return !place.isInside;
+  } else {
+    return false;
+  }
+}
+
+/// Under the guard, sets the error word; false if that fails.
+[[maybe_unused]] static bool armGuard([[maybe_unused]] CUstream_st* stream) {
+  return !checksIndices || armErrorWord(stream);
+}
+
+}  // namespace gpuruntime
+
+#define GPURUNTIME_SUBSCRIPTED_INVOKER(Family, I1, I2, I3, T) template struct Family<I1, I2, I3>::Invoker<T>;
+#define GPURUNTIME_SUBSCRIPTED_INVOKER_OF(...) GPURUNTIME_SUBSCRIPTED_INVOKER(__VA_ARGS__)
+#define GPURUNTIME_SUBSCRIPTED_TYPE(FamilyAndKinds, T) \
+  GPURUNTIME_SUBSCRIPTED_INVOKER_OF(GPURUNTIME_UNPACKED FamilyAndKinds, T)
+#define GPURUNTIME_SUBSCRIPTED_KINDS(Family, I1, I2, I3) \
+  GPURUNTIME_ALL_TYPES(GPURUNTIME_SUBSCRIPTED_TYPE, (Family, I1, I2, I3))
+
+/// Stands at the end of a unit: instantiates `Family<I1, I2, I3>::Invoker<T>` for all kinds and all element types.
+#define GPURUNTIME_INSTANTIATE_SUBSCRIPTED(Family)                 \
+  GPURUNTIME_SUBSCRIPT_KINDS(GPURUNTIME_SUBSCRIPTED_KINDS, Family) \
+  static_assert(true, "a semicolon follows")
