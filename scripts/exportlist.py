@@ -32,7 +32,8 @@ FIXED = [
     "vtable for gpuruntime::MessageError",
 ]
 
-ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long"}
+ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long",
+           "FindFirstLast": "gpuruntime::FindFirstLast"}
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
@@ -110,7 +111,7 @@ def split_parameters(text):
 
 def functions(body):
     """The exported functions declared in a class body itself: (name, parameters, ' const' or '')."""
-    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
+    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>,]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
     return [(name, split_parameters(parameters), " const" if const else "")
             for name, parameters, const in re.findall(pattern, body)]
 

@@ -37,6 +37,12 @@
 #define GPURUNTIME_REAL_AND_COMPLEX_FLOAT_TYPES(X, A) GPURUNTIME_REAL_TYPES(X, A) GPURUNTIME_COMPLEX_FLOAT_TYPES(X, A)
 #define GPURUNTIME_SORT_TYPES(X, A) X(A, long long) X(A, unsigned long long) X(A, double) X(A, double2)
 #define GPURUNTIME_DOUBLE_TYPES(X, A) X(A, double)
+#define GPURUNTIME_MEMBER_TYPES(X, A) \
+  GPURUNTIME_REAL_FLOAT_TYPES(X, A)   \
+  X(A, signed char) X(A, unsigned char) X(A, short) X(A, unsigned short) X(A, int) X(A, unsigned int) X(A, bool)
+#define GPURUNTIME_COMPLEX_MEMBER_TYPES(X, A) \
+  GPURUNTIME_COMPLEX_FLOAT_TYPES(X, A)        \
+  X(A, char2) X(A, uchar2) X(A, short2) X(A, ushort2) X(A, int2) X(A, uint2)
 
 namespace gpuruntime {
 
@@ -106,6 +112,8 @@ GPURUNTIME_DEFINE_LIST(DoubleAndIntTypes, GPURUNTIME_DOUBLE_AND_INT_TYPES);
 GPURUNTIME_DEFINE_LIST(RealAndComplexFloatTypes, GPURUNTIME_REAL_AND_COMPLEX_FLOAT_TYPES);
 GPURUNTIME_DEFINE_LIST(SortTypes, GPURUNTIME_SORT_TYPES);
 GPURUNTIME_DEFINE_LIST(DoubleTypes, GPURUNTIME_DOUBLE_TYPES);
+GPURUNTIME_DEFINE_LIST(MemberTypes, GPURUNTIME_MEMBER_TYPES);
+GPURUNTIME_DEFINE_LIST(ComplexMemberTypes, GPURUNTIME_COMPLEX_MEMBER_TYPES);
 
 /// `double` for a real type, `double2` for a complex one.
 template <class T>

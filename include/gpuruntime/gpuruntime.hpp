@@ -28,6 +28,10 @@
 #include <gpuruntime/elmath/scale.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/elmath/triltriu.hpp>
+#include <gpuruntime/indexing/checkvalidfindmax.hpp>
+#include <gpuruntime/indexing/find.hpp>
+#include <gpuruntime/indexing/ismember.hpp>
+#include <gpuruntime/indexing/ismembercmplx.hpp>
 #include <gpuruntime/platformtypes.hpp>
 #include <gpuruntime/randgenerators.hpp>
 #include <gpuruntime/reductions/all.hpp>

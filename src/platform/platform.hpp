@@ -31,6 +31,8 @@
 ///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
+///    `block.forEachListed(live, lists, slotOf, write)` runs `write(thread, slot)` for each thread for which `lists`
+///    holds; of a run of threads along x, these follow one another in `slotOf`, which a backend may ask of the first.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
 ///    takes packs of threads: `block.forEachPack(live, step)` runs `step(Pack)`, in which `LongWords` and `Words` hold
 ///    a 64-bit and a 32-bit word for each thread, `pack.threads()` the threads' indices, `widened` and `narrowed`

@@ -126,5 +126,6 @@ void addElmath(Lines& lines);
 void addReductions(Lines& lines);
 void addSorting(Lines& lines);
 void addScans(Lines& lines);
+void addSearch(Lines& lines);
 
 }  // namespace digest

@@ -90,6 +90,7 @@ int main(int argc, char** argv) {
   digest::addReductions(run);
   digest::addSorting(run);
   digest::addScans(run);
+  digest::addSearch(run);
   const std::vector<std::string>& actual = run.lines();
   if (argc == 1) {
     for (const std::string& line : actual) std::cout << line << "\n";

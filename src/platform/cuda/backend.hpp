@@ -138,6 +138,13 @@ class Block {
     return found;
   }
 
+  template <class Lists, class SlotOf, class Write>
+  __device__ void forEachListed(Live, Lists lists, SlotOf slotOf, Write write) const {
+    forEachThread([&](Thread thread) {
+      if (lists(thread)) write(thread, slotOf(thread));
+    });
+  }
+
   __device__ void sync() const { __syncthreads(); }
 };
 
