@@ -135,6 +135,12 @@ def generator_lists():
     return {name: split_parameters(members) for name, members in re.findall(r"using (\w+) =\s*TypeList<([^<>]*)>;", text)}
 
 
+def size_lists(text):
+    """The lists of sizes that a header declares, each with its members in order."""
+    found = re.findall(r"using (\w+) =\s*TypeList<((?:mpl_::[^;]*))>;", strip_comments(text))
+    return {name: re.findall(r"mpl_::\w+<[^<>]*>", members) for name, members in found}
+
+
 def invoker_names(family, spelled, parameters, body, lists):
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
@@ -145,8 +151,9 @@ def invoker_names(family, spelled, parameters, body, lists):
     for combination in itertools.product(*(chosen[parameter] for parameter in parameters)):
         types = dict(zip(parameters, combination))
         for name, arguments, const in functions(body):
+            members = ", ".join(combination) + (" " if combination[-1].endswith(">") else "")
             yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
-                spelled, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)
+                spelled, members, name, ", ".join(spell(a, types) for a in arguments), const)
 
 
 def families_spelled(family, parameters, body):
@@ -162,6 +169,7 @@ def families_spelled(family, parameters, body):
 
 def family_names(header, lists):
     found, top = classes(strip_comments(header.read_text()))
+    lists = {**lists, **size_lists(header.read_text())}
     for parameters, family, body in found:
         inner, rest = classes(body)
         for spelled in families_spelled(family, parameters, body):

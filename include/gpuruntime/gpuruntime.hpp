@@ -28,6 +28,8 @@
 #include <gpuruntime/elmath/scale.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/elmath/triltriu.hpp>
+#include <gpuruntime/filter/diff.hpp>
+#include <gpuruntime/filter/iirfilter.hpp>
 #include <gpuruntime/indexing/checkvalidfindmax.hpp>
 #include <gpuruntime/indexing/find.hpp>
 #include <gpuruntime/indexing/ismember.hpp>

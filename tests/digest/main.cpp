@@ -91,6 +91,7 @@ int main(int argc, char** argv) {
   digest::addSorting(run);
   digest::addScans(run);
   digest::addSearch(run);
+  digest::addFilter(run);
   const std::vector<std::string>& actual = run.lines();
   if (argc == 1) {
     for (const std::string& line : actual) std::cout << line << "\n";

@@ -248,6 +248,7 @@ class PerThread {
   T& operator[](const Thread& thread) { return slots_[thread.lane]; }
   const T& operator[](const Thread& thread) const { return slots_[thread.lane]; }
 
+  T* slots() { return slots_; }
   const T* slots() const { return slots_; }
 
   /// Sets the variable of all threads of a pack.
