@@ -32,7 +32,8 @@ FIXED = [
     "vtable for gpuruntime::MessageError",
 ]
 
-ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long"}
+ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long",
+           "FindFirstLast": "gpuruntime::FindFirstLast"}
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
@@ -110,7 +111,7 @@ def split_parameters(text):
 
 def functions(body):
     """The exported functions declared in a class body itself: (name, parameters, ' const' or '')."""
-    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
+    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>,]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
     return [(name, split_parameters(parameters), " const" if const else "")
             for name, parameters, const in re.findall(pattern, body)]
 
@@ -140,6 +141,12 @@ def subscript_kinds():
     return re.findall(r"\bX\(A, ([^,()]+), ([^,()]+), ([^,()]+)\)", text)
 
 
+def size_lists(text):
+    """The lists of sizes that a header declares, each with its members in order."""
+    found = re.findall(r"using (\w+) =\s*TypeList<((?:mpl_::[^;]*))>;", strip_comments(text))
+    return {name: re.findall(r"mpl_::\w+<[^<>]*>", members) for name, members in found}
+
+
 def invoker_names(family, spelled, given, parameters, body, lists):
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
@@ -150,8 +157,9 @@ def invoker_names(family, spelled, given, parameters, body, lists):
     for combination in itertools.product(*(chosen[parameter] for parameter in parameters)):
         types = {**given, **dict(zip(parameters, combination))}
         for name, arguments, const in functions(body):
+            members = ", ".join(combination) + (" " if combination[-1].endswith(">") else "")
             yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
-                spelled, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)
+                spelled, members, name, ", ".join(spell(a, types) for a in arguments), const)
 
 
 def families_spelled(family, parameters, body):
@@ -174,6 +182,7 @@ def families_spelled(family, parameters, body):
 
 def family_names(header, lists):
     found, top = classes(strip_comments(header.read_text()))
+    lists = {**lists, **size_lists(header.read_text())}
     for parameters, family, body in found:
         inner, rest = classes(body)
         for spelled, given in families_spelled(family, parameters, body):

@@ -28,7 +28,13 @@
 #include <gpuruntime/elmath/scale.hpp>
 #include <gpuruntime/elmath/transpose.hpp>
 #include <gpuruntime/elmath/triltriu.hpp>
+#include <gpuruntime/filter/diff.hpp>
+#include <gpuruntime/filter/iirfilter.hpp>
+#include <gpuruntime/indexing/checkvalidfindmax.hpp>
+#include <gpuruntime/indexing/find.hpp>
 #include <gpuruntime/indexing/indexvalidation.hpp>
+#include <gpuruntime/indexing/ismember.hpp>
+#include <gpuruntime/indexing/ismembercmplx.hpp>
 #include <gpuruntime/indexing/sub2ind2sub.hpp>
 #include <gpuruntime/indexing/subsasgn.hpp>
 #include <gpuruntime/indexing/subsref.hpp>

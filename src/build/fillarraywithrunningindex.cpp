@@ -1,16 +1,13 @@
 #include <gpuruntime/build/fillarraywithrunningindex.hpp>
 #include <gpuruntime/launcher/elementwise.hpp>
 
+#include "gpucommon/hostDeviceCommonArithmetic.hpp"
 #include "util/force_instantiate_util.hpp"
 
 namespace gpuruntime {
 namespace {
 
-// index / divisor from the reciprocal of the divisor, exact for an index below 2^32: half a unit keeps the product
-// further from the next integer than its two roundings reach.
-GPURUNTIME_DEVICE unsigned long quotient(unsigned long index, double reciprocal) {
-  return static_cast<unsigned long>((static_cast<double>(index) + 0.5) * reciprocal);
-}
+using gpucommon::hostDeviceMath::quotient;
 
 template <class T>
 struct FillArrayWithRunningIndexKernel : elementwise::WritesOwnElement {

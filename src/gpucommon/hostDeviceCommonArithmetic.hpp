@@ -18,6 +18,12 @@ GPURUNTIME_HOST_DEVICE T roundIntegerUpToMultipleOf(T a, T b) {
   return ceiledIntegerDivision(a, b) * b;
 }
 
+/// index / divisor from the reciprocal of the divisor, exact for an index below 2^32: half a unit keeps the product
+/// further from the next integer than its two roundings reach.
+GPURUNTIME_HOST_DEVICE unsigned long quotient(unsigned long index, double reciprocal) {
+  return static_cast<unsigned long>((static_cast<double>(index) + 0.5) * reciprocal);
+}
+
 template <class T>
 GPURUNTIME_HOST_DEVICE T minSizeT(T a, T b) {
   return a < b ? a : b;

@@ -32,6 +32,8 @@
 ///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
+///    `block.forEachListed(live, lists, slotOf, write)` runs `write(thread, slot)` for each thread for which `lists`
+///    holds; of a run of threads along x, these follow one another in `slotOf`, which a backend may ask of the first.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
 ///    takes packs of threads: `block.forEachPack(live, step)` runs `step(Pack)`, in which `LongWords` and `Words` hold
 ///    a 64-bit and a 32-bit word for each thread, `pack.threads()` the threads' indices, `widened` and `narrowed`
@@ -43,10 +45,10 @@
 ///    `flush(block)`. A count of 0 writes in place, elements that do not follow one another too. `OutputTile<T, N>`
 ///    is the same for N rows of N elements, through `at(thread)`. `TransposedTile(tile)` reads a tile in shared storage
 ///    by columns: `(row, column)` is `tile[column][row]`. `storeRuns(block, live, values, out, pitch, count)` has each
-///    thread store eight values behind each other. `prefetchNextTile<N>(corner, pitch)`,
-///    `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are hints.
-///    `PairTrees<T, N>`, in shared storage, holds binary trees side by side, over `leaves` leaves in all: N, or a
-///    multiple where a block had best work on several trees at once. `level(k)[i]` is the node over the leaves from
+///    thread store eight values behind each other, `loadRuns(block, live, values, in, pitch)` load them.
+///    `prefetchNextTile<N>(corner, pitch)`, `prefetchOutputTile<N>(out, corner, pitch)` and `blocksPerLine<T, N>` are
+///    hints. `PairTrees<T, N>`, in shared storage, holds binary trees side by side, over `leaves` leaves in all: N, or
+///    a multiple where a block had best work on several trees at once. `level(k)[i]` is the node over the leaves from
 ///    i << k on, 1 << k of them. It may share its place with its right child, so that a step writes it in the thread
 ///    that has read both children, and these in the one that has read it. `useOwnLeaves()` or, where `standsOnArrays`,
 ///    `useArray(array)` says what is level 0.

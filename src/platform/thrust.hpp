@@ -23,10 +23,12 @@
 #include <thrust/iterator/zip_iterator.h>
 #include <thrust/partition.h>
 #include <thrust/reduce.h>
+#include <thrust/sequence.h>
 #include <thrust/sort.h>
 #include <thrust/transform.h>
 #include <thrust/tuple.h>
 
+#include <cstdint>
 #include <new>
 
 namespace gpuruntime {
@@ -35,11 +37,12 @@ namespace thrust = THRUST_NS_QUALIFIER;
 
 namespace platform {
 
-/// Device memory for n elements, uninitialised, for the length of a call.
+/// Device memory for n elements, uninitialised, for the length of a call. Throws `std::bad_alloc` where there is none,
+/// and for more elements than an address can count the bytes of.
 template <class T>
 class Temporary {
  public:
-  explicit Temporary(unsigned long n) : memory_(thrust::device_malloc<T>(n)) {
+  explicit Temporary(unsigned long n) : memory_(thrust::device_malloc<T>(checkedCount(n))) {
     if (n > 0 && memory_.get() == nullptr) throw std::bad_alloc();
   }
   Temporary(const Temporary&) = delete;
@@ -49,6 +52,11 @@ class Temporary {
   T* data() const { return memory_.get(); }
 
  private:
+  static unsigned long checkedCount(unsigned long n) {
+    if (n > PTRDIFF_MAX / sizeof(T)) throw std::bad_alloc();
+    return n;
+  }
+
   thrust::device_ptr<T> memory_;
 };
 

@@ -123,9 +123,11 @@ void addBuild(Lines& lines);
 void addComplex(Lines& lines);
 void addElements(Lines& lines);
 void addElmath(Lines& lines);
+void addFilter(Lines& lines);
 void addIndexing(Lines& lines);
 void addReductions(Lines& lines);
-void addSorting(Lines& lines);
 void addScans(Lines& lines);
+void addSearch(Lines& lines);
+void addSorting(Lines& lines);
 
 }  // namespace digest

@@ -87,10 +87,12 @@ int main(int argc, char** argv) {
   digest::addComplex(run);
   digest::addElements(run);
   digest::addElmath(run);
+  digest::addFilter(run);
   digest::addIndexing(run);
   digest::addReductions(run);
-  digest::addSorting(run);
   digest::addScans(run);
+  digest::addSearch(run);
+  digest::addSorting(run);
   const std::vector<std::string>& actual = run.lines();
   if (argc == 1) {
     for (const std::string& line : actual) std::cout << line << "\n";

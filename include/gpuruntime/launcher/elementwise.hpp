@@ -27,9 +27,12 @@ GridAndBlock chooseElementwiseGridAndBlock(const platform::cudaFuncAttributes& a
 template <class Functor, class... Args>
 GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, unsigned int first, unsigned long n, Args... args) {
   const platform::Live live{platform::Live::after(first, n)};
-  block.forEachThread(live, [=](platform::Thread thread) {
-    Functor::apply(cuda::ElementwiseIterator{first + thread.x, n}, args...);
-  });
+  const auto iteratorAt = [=](platform::Thread thread) { return cuda::ElementwiseIterator{first + thread.x, n}; };
+  if constexpr (launchdetail::listsElements<Functor>) {
+    launchdetail::listInBlock<Functor>(block, live, iteratorAt, args...);
+  } else {
+    block.forEachThread(live, [=](platform::Thread thread) { Functor::apply(iteratorAt(thread), args...); });
+  }
 }
 
 template <class Functor, class T, class... Args>

@@ -19,6 +19,11 @@ struct WritesOwnElement {};
 /// WritesOwnElement writes first.
 struct FindsInElement {};
 
+/// Base of the functors that list some of the elements, in the order of memory: `lists(it, args...)` tells whether an
+/// element is listed, bound test included, `slot(it, args...)` at which place, and `write(it, slot, args...)` writes it
+/// there. From element to listed element of a run the slots rise by one, so a backend may ask for one a run.
+struct ListsElements {};
+
 }  // namespace gpuruntime::elementwise
 
 namespace gpuruntime::launchdetail {
@@ -30,6 +35,19 @@ constexpr unsigned int joinedBlocksFor() {
   } else {
     return 1;
   }
+}
+
+template <class Functor>
+inline constexpr bool listsElements = std::is_base_of_v<elementwise::ListsElements, Functor>;
+
+/// Runs a functor that lists elements; `iteratorAt(thread)` is where a thread stands.
+template <class Functor, class IteratorAt, class... Args>
+GPURUNTIME_DEVICE void listInBlock(const platform::Block<>& block, platform::Live live, IteratorAt iteratorAt,
+                                   Args... args) {
+  block.forEachListed(
+      live, [=](platform::Thread thread) { return Functor::lists(iteratorAt(thread), args...); },
+      [=](platform::Thread thread) { return Functor::slot(iteratorAt(thread), args...); },
+      [=](platform::Thread thread, unsigned long slot) { Functor::write(iteratorAt(thread), slot, args...); });
 }
 
 /// How many neighbouring blocks of a box a backend may run as one; see platform.hpp.

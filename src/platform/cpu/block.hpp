@@ -5,6 +5,7 @@
 #include "../extent.hpp"
 #include "checking.hpp"
 #include "executor.hpp"
+#include "listing.hpp"
 #include "qualifiers.hpp"
 #include "streaming.hpp"
 
@@ -157,6 +158,27 @@ class Block {
     return found != 0;
   }
 
+  /// Runs `write(thread, slot)` for the threads for which `lists(thread)` holds. Of threads that follow one another
+  /// along x the slots do so, too, so that `slotOf` is asked for the first alone.
+  template <class Lists, class SlotOf, class Write>
+  GPURUNTIME_INLINE void forEachListed(Live live, Lists lists, SlotOf slotOf, Write write) const {
+    if constexpr (checking::enabled) {
+      forEachThread(live, [&](Thread thread) {
+        if (lists(thread)) write(thread, slotOf(thread));
+      });
+    } else {
+      const ThreadIndex sizeX = shape().x, sizeY = shape().y;
+      const ThreadIndex endX = live.x < sizeX ? live.x : sizeX, endY = live.y < sizeY ? live.y : sizeY;
+      for (ThreadIndex y = 0; y < endY; ++y) {
+        for (ThreadIndex first = 0; first < endX; first += listedAtOnce) {
+          const ThreadIndex threads = endX - first < listedAtOnce ? endX - first : listedAtOnce;
+          const auto threadAt = [=](ThreadIndex i) { return Thread{first + i, y, 0, y * sizeX + first + i}; };
+          writeListed(threads, threadAt, lists, slotOf, write);
+        }
+      }
+    }
+  }
+
   void sync() const {}
 
   unsigned long blocks() const { return static_cast<unsigned long>(grid_.x) * grid_.y * grid_.z; }
@@ -185,6 +207,21 @@ class Block {
       GPURUNTIME_SIMD
       for (ThreadIndex x = range.first; x < range.last; ++x) step(Thread{x, 0, 0, x}, from[x], row);
     }
+  }
+
+  static constexpr ThreadIndex listedAtOnce = detail::listedAtOnce;
+
+  template <class ThreadAt, class Lists, class SlotOf, class Write>
+  static GPURUNTIME_INLINE void writeListed(ThreadIndex threads, ThreadAt threadAt, Lists lists, SlotOf slotOf,
+                                            Write write) {
+    detail::Numbers answers, listed;
+    GPURUNTIME_SIMD
+    for (ThreadIndex i = 0; i < threads; ++i) answers[i] = static_cast<unsigned char>(lists(threadAt(i)));
+    const ThreadIndex count = detail::listAnswered(listed, answers, threads);
+    if (count == 0) return;
+    const unsigned long slot = slotOf(threadAt(listed[0]));
+    GPURUNTIME_SIMD
+    for (ThreadIndex j = 0; j < count; ++j) write(threadAt(listed[j]), slot + j);
   }
 
   // From here on a vectorised loop along x is faster than one that strides through memory.
@@ -217,6 +254,7 @@ class PerThread {
   T& operator[](const Thread& thread) { return slots_[thread.lane]; }
   const T& operator[](const Thread& thread) const { return slots_[thread.lane]; }
 
+  T* slots() { return slots_; }
   const T* slots() const { return slots_; }
 
   /// Sets the variable of all threads of a pack.

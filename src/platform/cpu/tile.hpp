@@ -294,7 +294,36 @@ GPURUNTIME_INLINE void storeEightRuns(const PerThread<T, N> (&values)[8], unsign
   }
 }
 
+template <class T, unsigned int N, std::size_t... I>
+GPURUNTIME_INLINE void loadEightRuns(PerThread<T, N> (&values)[8], unsigned int lane, const T* in, unsigned long pitch,
+                                     std::index_sequence<I...>) {
+  using Vector = typename VectorOf<T, 8>::type;
+  constexpr std::make_index_sequence<4> half{};
+  Vector vectors[8];
+  (std::memcpy(&vectors[I], in + (lane + I) * pitch, sizeof(Vector)), ...);
+  interleaveHalves(vectors, half);
+  interleaveHalves(vectors, half);
+  interleaveHalves(vectors, half);
+  (std::memcpy(values[I].slots() + lane, &vectors[I], sizeof(Vector)), ...);
+}
+
 }  // namespace detail
+
+/// Each live thread t of a one-dimensional block loads its eight values from in[t * pitch] and behind.
+template <class Block, class T, unsigned int N>
+GPURUNTIME_INLINE void loadRuns(const Block&, Live live, PerThread<T, N> (&values)[8], const T* in,
+                                unsigned long pitch) {
+  const unsigned long threads = live.x < N ? live.x : N;
+  unsigned int lane = 0;
+  if constexpr (sizeof(T) <= 8) {
+    for (; lane + 8 <= threads; lane += 8) {
+      detail::loadEightRuns(values, lane, in, pitch, std::make_index_sequence<8>());
+    }
+  }
+  for (; lane < threads; ++lane) {
+    for (unsigned int i = 0; i < 8; ++i) values[i].slots()[lane] = in[lane * pitch + i];
+  }
+}
 
 /// Each live thread t of a one-dimensional block stores its eight values at out[t * pitch] and behind, of an array of
 /// `count` elements. Where they are whole cache lines, a large array is written past the caches.
@@ -302,11 +331,14 @@ template <class Block, class T, unsigned int N>
 GPURUNTIME_INLINE void storeRuns(const Block&, Live live, const PerThread<T, N> (&values)[8], T* out,
                                  unsigned long pitch, unsigned long count) {
   const unsigned long threads = live.x < N ? live.x : N;
-  const bool streams = 8 * sizeof(T) == lineBytes && pitch % 8 == 0 && count >= streamingBytes / sizeof(T) &&
-                       reinterpret_cast<std::uintptr_t>(out) % lineBytes == 0;
+  [[maybe_unused]] const bool streams = 8 * sizeof(T) == lineBytes && pitch % 8 == 0 &&
+                                        count >= streamingBytes / sizeof(T) &&
+                                        reinterpret_cast<std::uintptr_t>(out) % lineBytes == 0;
   unsigned int lane = 0;
-  for (; lane + 8 <= threads; lane += 8) {
-    detail::storeEightRuns(values, lane, out, pitch, streams, std::make_index_sequence<8>());
+  if constexpr (sizeof(T) <= 8) {
+    for (; lane + 8 <= threads; lane += 8) {
+      detail::storeEightRuns(values, lane, out, pitch, streams, std::make_index_sequence<8>());
+    }
   }
   for (; lane < threads; ++lane) {
     for (unsigned int i = 0; i < 8; ++i) out[lane * pitch + i] = values[i].slots()[lane];

@@ -139,6 +139,13 @@ class Block {
     return found;
   }
 
+  template <class Lists, class SlotOf, class Write>
+  __device__ void forEachListed(Live, Lists lists, SlotOf slotOf, Write write) const {
+    forEachThread([&](Thread thread) {
+      if (lists(thread)) write(thread, slotOf(thread));
+    });
+  }
+
   __device__ void sync() const { __syncthreads(); }
 };
 
@@ -248,6 +255,14 @@ __device__ void copyRun(const Block& block, T* out, const T* in, unsigned long l
 // One element longer than the tile, so that a column does not fall on one memory bank.
 template <class T, unsigned int N>
 inline constexpr unsigned int tilePitch = N + 1;
+
+/// Each live thread t of a one-dimensional block loads its eight values from in[t * pitch] and behind.
+template <class Block, class T, unsigned int N>
+__device__ void loadRuns(const Block&, Live live, PerThread<T, N> (&values)[8], const T* in, unsigned long pitch) {
+  const Thread thread{threadIdx.x, 0, 0, threadIdx.x};
+  if (thread.x >= live.x) return;
+  unrolled<8>([&](auto i) { values[i][thread] = in[thread.x * pitch + i]; });
+}
 
 /// Each live thread t of a one-dimensional block stores its eight values at out[t * pitch] and behind; in 16 bytes at a
 /// time where the address allows it.

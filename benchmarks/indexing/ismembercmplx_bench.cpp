@@ -1,0 +1,33 @@
+#include <random>
+
+#include "support/bench.hpp"
+
+namespace {
+
+using namespace benchsupport;
+
+constexpr unsigned long queries = 1UL << 22, values = 1UL << 20;
+
+// DISTINCT real parts: with few of them the imaginary parts decide.
+template <unsigned int DISTINCT>
+void isMember2ArgCmplx(benchmark::State& state) {
+  const auto randomPairs = [](unsigned long n, unsigned int seed) {
+    std::vector<double2> host(n);
+    std::mt19937 engine(seed);
+    for (double2& z : host) z = {static_cast<double>(engine() % DISTINCT), static_cast<double>(engine() % 1000)};
+    DeviceArray<double2> array(n);
+    gpuruntime::recipes::copyToDevice(array.data(), host.data(), array.bytes());
+    return array;
+  };
+  const DeviceArray<double2> A = randomPairs(queries, 1), B = randomPairs(values, 2);
+  DeviceArray<double> location(queries);
+  DeviceArray<bool> member(queries);
+  measure(state, queries, A.bytes() + B.bytes(), member.bytes() + location.bytes(), [&] {
+    gpuruntime::IsMember2ArgCmplx::Invoker<double2>()(nullptr, A.data(), queries, B.data(), values, member.data(),
+                                                      location.data());
+  });
+}
+GPURUNTIME_BENCHMARK(isMember2ArgCmplx<(1U << 20)>);
+GPURUNTIME_BENCHMARK(isMember2ArgCmplx<4>);
+
+}  // namespace
