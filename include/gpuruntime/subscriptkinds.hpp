@@ -2,11 +2,14 @@
 /// The kinds of subscript that gathers and scatters take. What a caller passes for a subscript is (extent, count,
 /// index): the size of the array along the subscript's dimension, the number of indices chosen, and one of
 ///
-/// | kind   | type            | index number k, 0 <= k < count                                                        |
-/// |--------|-----------------|---------------------------------------------------------------------------------------|
-/// | list   | `const double*` | list[k], truncated towards zero; a device array in any order, with repeats allowed | |
-/// range  | `double2`       | x + y * k, x and y truncated towards zero first; the step y may be negative or 0       |
-/// | absent | `void*`         | none: the subscript isn't there, and what is passed for it is not looked at |
+/// | kind   | type            | index number k, 0 <= k < count |
+/// |--------|-----------------|-------------------------------|
+/// | list   | `const double*` | list[k], truncated towards 0  |
+/// | range  | `double2`       | trunc(x) + trunc(y) * k       |
+/// | absent | `void*`         | none                          |
+///
+/// A list is a device array, in any order, with repeats allowed. The step y of a range may be negative or 0. What is
+/// passed for an absent subscript is not looked at.
 ///
 /// Indices count from 1. A whole dimension is the range (1, 1). Only absent subscripts follow an absent one, and the
 /// first is there, which makes 14 combinations. An array of more dimensions than subscripts has its trailing ones

@@ -1,7 +1,7 @@
-"""Holds the documents against the tree: the README's program, its output, the build options, the families' rows and
+"""Holds the documents against the tree: their programs and what these print, the build options, the families' rows and
 every relative link.
 
-usage: docs_test.py [PROGRAM]     the compiled examples/ten_lines.cpp, to be run as well
+usage: docs_test.py [FOLDER]     of the compiled examples, to be run as well
 """
 
 import pathlib
@@ -11,7 +11,7 @@ import sys
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-PROGRAM = None
+PROGRAMS = None
 
 
 def read(name):
@@ -24,12 +24,22 @@ def block(text, language):
 
 
 class Documents(unittest.TestCase):
+    def expect_program(self, code, printed, example):
+        self.assertEqual(code, read("examples/%s.cpp" % example))
+        if PROGRAMS:
+            run = subprocess.run([PROGRAMS / example], check=True, capture_output=True, text=True)
+            self.assertEqual(printed, run.stdout, example)
+
     def test_program_of_the_readme_is_the_example(self):
         readme = read("README.md")
-        self.assertEqual(block(readme, "cpp"), read("examples/ten_lines.cpp"))
-        if PROGRAM:
-            printed = subprocess.run([PROGRAM], check=True, capture_output=True, text=True).stdout
-            self.assertEqual(block(readme, "text"), printed)
+        self.expect_program(block(readme, "cpp"), block(readme, "text"), "ten_lines")
+
+    def test_programs_of_the_pages_are_the_examples(self):
+        for page in (ROOT / "docs").glob("*.md"):
+            programs = re.findall(r"^```cpp\n// examples/(\w+)\.cpp\n(.*?)^```\n\n(?:```text\n(.*?)^```$)?",
+                                  page.read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
+            for example, code, printed in programs:
+                self.expect_program(code, printed, example)
 
     def test_every_option_and_family_is_documented(self):
         options = re.findall(r"^(?:set|option)\((GPURUNTIME_\w+) ", read("cmake/options.cmake"), re.MULTILINE)
@@ -49,5 +59,5 @@ class Documents(unittest.TestCase):
 
 if __name__ == "__main__":
     if len(sys.argv) > 1:
-        PROGRAM = sys.argv.pop(1)
+        PROGRAMS = pathlib.Path(sys.argv.pop(1))
     unittest.main()
