@@ -32,7 +32,8 @@ FIXED = [
     "vtable for gpuruntime::MessageError",
 ]
 
-ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long"}
+ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long",
+           "conv::OffsetsAndSzs": "gpuruntime::conv::OffsetsAndSzs"}
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
@@ -104,6 +105,24 @@ def spell(parameter, types):
     return base + (" const" if constant else "") + re.sub(r" const$", "", suffix)
 
 
+def pass_members(macro):
+    """The pairs of a type and a size that a macro X(A, T, N) of a header expands to."""
+    macros = {}
+    for header in HEADERS.glob("*/*.hpp"):
+        text = strip_comments(header.read_text()).replace("\\\n", " ")
+        macros.update((name, (split_parameters(names), body))
+                      for name, names, body in re.findall(r"#define (GPURUNTIME_\w+)\(([^()]*)\) (.*)", text))
+
+    def expanded(name, arguments):
+        names, body = macros[name]
+        values = dict(zip(names, arguments))
+        for inner, given in re.findall(r"(\w+)\(([^()]*)\)", body):
+            given = [values.get(argument, argument) for argument in split_parameters(given)]
+            yield from [given[1:]] if inner == "X" else expanded(inner, given)
+
+    return list(expanded(macro, ["X", "A"]))
+
+
 def split_parameters(text):
     return [part for part in (part.strip() for part in re.sub(r"\s+", " ", text).split(",")) if part]
 
@@ -135,6 +154,15 @@ def generator_lists():
 
 
 def invoker_names(family, spelled, parameters, body, lists):
+    sizes = re.findall(
+        r"GPURUNTIME_FAMILY_TAKES_SIZES\(\s*%s\s*,\s*T\s*,\s*N\s*,\s*([\w:]+)\s*,\s*(\w+)\s*\)" % family, body)
+    for size, macro in sizes:
+        for element, N in pass_members("GPURUNTIME_" + macro):
+            for name, arguments, const in functions(body):
+                yield "gpuruntime::%s::Invoker<%s, %s<%s> >::%s(%s)%s" % (
+                    spelled, element, size, N, name, ", ".join(spell(a, {"T": element}) for a in arguments), const)
+    if sizes:
+        return
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
     if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):

@@ -13,6 +13,7 @@
 #include <gpuruntime/complex/conj.hpp>
 #include <gpuruntime/complex/decomplexify.hpp>
 #include <gpuruntime/complex/realimag.hpp>
+#include <gpuruntime/convolutions/conv.hpp>
 #include <gpuruntime/elementtypes.hpp>
 #include <gpuruntime/elmath/abs.hpp>
 #include <gpuruntime/elmath/cast.hpp>
