@@ -35,9 +35,14 @@ template <class T>
 struct ConvolutionVectorKernel : BlockFunctor<blockSize> {
   static constexpr unsigned int P = perThread<T>;
   static constexpr unsigned int tile = blockSize * P;
+  // A thread owns runs of A outputs, a block of threads apart.
+  static constexpr unsigned int A = std::is_same_v<T, float> ? 8 : 4;
+  // The last columns keep the rows of neighbouring elements off each other's memory banks.
+  static constexpr unsigned int pitch = tile / A + (longestHalo<T> + A - 1) / A / 32 * 32 + 32 + 32 / A;
+  using Layout = RunLayout<A, pitch, 1>;
 
   struct Shared {
-    Tile<T, tile + longestHalo<T>> s_Data;
+    Tile<T, A * pitch> s_Data;
   };
 
   static GPURUNTIME_DEVICE void apply(const Block& block, const Fixed1DBlockIterator& it, T* out, const T* in,
@@ -46,59 +51,79 @@ struct ConvolutionVectorKernel : BlockFunctor<blockSize> {
                                       bool overwrite) {
     GPURUNTIME_SHARED(Shared, shared);
     const unsigned long tileStart = inStart + it.block * tile;
-    // Elements before the tile that some tap reaches.
-    const auto halo = static_cast<ThreadIndex>(taps - 1);
-    load(block, shared.s_Data, in, inCount, tileStart, halo);
+    const ThreadIndex lead = Layout::lead(taps);
+    load(block, shared.s_Data, in, inCount, tileStart, lead);
     block.sync();
 
     Sum<T, blockSize> sums[P];
-    sumTaps<blockSize, 1>(block, reinterpret_cast<const T*>(filter.bytes), static_cast<ThreadIndex>(taps),
-                          shared.s_Data, halo, sums, [](Thread thread) { return thread.x; });
+    sumTaps<Layout, blockSize>(block, reinterpret_cast<const T*>(filter.bytes), taps, shared.s_Data, lead / A, sums,
+                               [](Thread thread) { return thread.x; });
+    block.sync();
+    block.forEachThread([&](Thread thread) {
+      unrolled<P>(
+          [&](auto m) { shared.s_Data.set(thread.x + (m / A * blockSize + m % A * pitch), sums[m].get(thread)); });
+    });
+    block.sync();
 
-    // Threads whose first position lies before the section write nothing.
-    const unsigned long position = tileStart + filterStart;
-    const unsigned long cut = Live::after(position, outStart), live = Live::after(position, outStart + outCount);
-    const bool isWhole = cut == 0 && live >= tile;
-    platform::OutputWindow<T, tile, P> window(out, cut == 0 ? position - outStart : 0, live,
-                                              cut == 0 && overwrite ? outCount : 0);
-    T* const to = window.pointer();
-    const auto store = [&](auto value) {
-      block.forEachThread([&](Thread thread) {
-        const unsigned long element = position - outStart + thread.x;
-        if (isWhole) {
-          unrolled<P>([&](auto m) { value(to[element + blockSize * m], sums[m].get(thread)); });
-        } else if (thread.x >= cut) {
-          unrolled<P>([&](auto m) {
-            if (thread.x + blockSize * m < live) value(to[element + blockSize * m], sums[m].get(thread));
-          });
-        }
-      });
-    };
+    const Section section{out, outCount, tileStart + filterStart, outStart};
     if (overwrite) {
-      store([](T& output, const T& sum) { output = sum; });
+      store(block, shared.s_Data, section, outCount, [](T& output, const T& sum) { output = sum; });
     } else {
-      store([](T& output, const T& sum) { output = plus(output, sum); });
+      store(block, shared.s_Data, section, 0, [](T& output, const T& sum) { output = plus(output, sum); });
     }
-    window.flush(block);
   }
 
-  // Fills the tile and the halo in front of it, with 0 outside of the input.
+  // Fills the tile and what leads to it, with 0 outside of the input.
   template <class Data>
   static GPURUNTIME_DEVICE void load(const Block& block, Data& data, const T* in, unsigned long inCount,
-                                     unsigned long tileStart, ThreadIndex halo) {
-    const bool isInside = tileStart >= halo && tileStart + tile <= inCount;
-    for (ThreadIndex first = 0; first < tile + halo; first += blockSize) {
-      block.forEachThread(Live{tile + halo - first}, [&](Thread thread) {
-        const ThreadIndex i = first + thread.x;
-        if (platform::isIdle(i >= tile + halo)) return;
-        const unsigned long at = tileStart - halo + i;  // Before the input it wraps.
-        if (isInside) {
-          data.set(i, in[at]);
-        } else {
-          data.set(i, at < inCount ? in[at] : T{});
-        }
-      });
+                                     unsigned long tileStart, ThreadIndex lead) {
+    const bool isInside = tileStart >= lead && tileStart + tile <= inCount;
+    for (ThreadIndex first = 0; first < tile + lead; first += blockSize * A) {
+      const unsigned long from = tileStart - lead + first;  // Before the input it wraps.
+      const auto loadBy = [&](auto element) {
+        block.template forEachOfRuns<A>(tile + lead - first, [&](Thread, ThreadIndex column, auto k, ThreadIndex e) {
+          data.set(k * pitch + first / A + column, element(from + e));
+        });
+      };
+      if (isInside) {
+        loadBy([&](unsigned long at) { return in[at]; });
+      } else {
+        loadBy([&](unsigned long at) { return at < inCount ? in[at] : T{}; });
+      }
     }
+  }
+
+  /// Where the tile's outputs go.
+  struct Section {
+    T* out;
+    unsigned long outCount;
+    unsigned long position;  // Of the tile's first output in the full convolution.
+    unsigned long outStart;
+  };
+
+  template <class Data, class Value>
+  static GPURUNTIME_DEVICE void store(const Block& block, const Data& data, const Section& section,
+                                      unsigned long streamedCount, Value value) {
+    // Outputs lie in lines of one for each thread. If the first line begins before the section, the same part of all
+    // lines is left out.
+    const unsigned long cut = Live::after(section.position, section.outStart);
+    const unsigned long live = Live::after(section.position, section.outStart + section.outCount);
+    const unsigned long begin = section.position - section.outStart;
+    platform::OutputWindow<T, tile, P> window(section.out, cut == 0 ? begin : 0, live, cut == 0 ? streamedCount : 0);
+    T* const to = window.pointer();
+    const auto storeIf = [&](auto isReached) {
+      for (ThreadIndex first = 0; first < tile && first < live; first += blockSize * A) {
+        block.template forEachOfRuns<A>(live - first, [&](Thread, ThreadIndex column, auto k, ThreadIndex e) {
+          if (isReached(e)) value(to[begin + first + e], data.get(k * pitch + first / A + column));
+        });
+      }
+    };
+    if (cut == 0) {
+      storeIf([](ThreadIndex) { return true; });
+    } else {
+      storeIf([=](ThreadIndex e) { return e % blockSize >= cut; });
+    }
+    window.flush(block);
   }
 };
 

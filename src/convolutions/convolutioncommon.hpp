@@ -95,38 +95,56 @@ using Sum = ByParts<T, PerThread<RealOf<T>, N>>;
 template <class T>
 inline constexpr unsigned int tapsAtOnce = isComplex<T> ? 4 : 8;
 
-/// Gives every thread its P sums over all taps, in ascending order, from +0 on. For sum m, tap j meets the element
-/// `first + place(thread) + STRIDE * m - PITCH * j` of the tile.
-template <unsigned int STRIDE, unsigned int PITCH, class Block, class T, class Tile, class Sum, unsigned int P,
-          class Place>
-GPURUNTIME_INLINE void sumTaps(const Block& block, const T* filter, ThreadIndex taps, const Tile& tile,
+/// Where a tile in shared storage has its elements: runs of A elements that follow one another are columns. Element e
+/// stands at `e % A * ROW + e / A * COLUMN`. So a thread that owns the sums over a run finds its elements in a few
+/// rows, each of which serves several sums, and its neighbours theirs beside them.
+template <unsigned int A, unsigned int ROW, unsigned int COLUMN>
+struct RunLayout {
+  static constexpr unsigned int run = A;
+  static constexpr unsigned int column = COLUMN;
+
+  static constexpr unsigned int place(unsigned int element) { return element % A * ROW + element / A * COLUMN; }
+
+  /// Elements in front of a tile that hold what `taps` taps reach: whole runs.
+  static GPURUNTIME_DEVICE ThreadIndex lead(unsigned long taps) {
+    return static_cast<ThreadIndex>((taps - 1 + A - 1) / A * A);
+  }
+};
+
+/// Gives every thread its P sums over all taps, in ascending order, from +0 on. The sums stand for runs of elements,
+/// GROUP apart in storage; the first run, for tap 0, is at `first + place(thread)`.
+template <class Layout, unsigned int GROUP, class Block, class T, class Tile, class Sum, unsigned int P, class Place>
+GPURUNTIME_INLINE void sumTaps(const Block& block, const T* filter, unsigned long taps, const Tile& tile,
                                ThreadIndex first, Sum (&sums)[P], Place place) {
+  constexpr unsigned int A = Layout::run, most = tapsAtOnce<T>;
+  static_assert(most % A == 0 && P % A == 0, "every step begins with a whole run");
   block.forEachThread([&](Thread thread) { unrolled<P>([&](auto m) { sums[m].set(thread, T{}); }); });
   const auto add = [&](auto count) {
+    // Runs before the first that these taps reach.
+    constexpr unsigned int before = (count - 1 + A - 1) / A;
     // The taps stay in registers while the threads run.
     T some[count];
     unrolled<count>([&](auto k) { some[k] = filter[k]; });
-    const auto data = tile.from(first - PITCH * (count - 1));
+    const auto data = tile.from(first - before * Layout::column);
     block.forEachThread([&](Thread thread) {
-      const ThreadIndex i = place(thread);
+      const ThreadIndex own = place(thread);
       unrolled<P>([&](auto m) {
         T sum = sums[m].get(thread);
-        unrolled<count>(
-            [&](auto k) { sum = withProduct(data.get(i + (STRIDE * m + PITCH * (count - 1 - k))), some[k], sum); });
+        unrolled<count>([&](auto k) {
+          sum = withProduct(data.get(own + (m / A * GROUP + Layout::place(before * A + m % A - k))), some[k], sum);
+        });
         sums[m].set(thread, sum);
       });
     });
-    first -= PITCH * count;
-    filter += count;
-    taps -= count;
   };
-  constexpr unsigned int most = tapsAtOnce<T>;
-  while (taps >= most) add(std::integral_constant<unsigned int, most>());
-  if constexpr (most > 4) {
-    if (taps >= 4) add(std::integral_constant<unsigned int, 4>());
+  for (; taps >= most; taps -= most) {
+    add(std::integral_constant<unsigned int, most>());
+    first -= most / A * Layout::column;
+    filter += most;
   }
-  if (taps >= 2) add(std::integral_constant<unsigned int, 2>());
-  if (taps >= 1) add(std::integral_constant<unsigned int, 1>());
+  unrolled<most - 1>([&](auto k) {
+    if (taps == k + 1) add(std::integral_constant<unsigned int, k + 1>());
+  });
 }
 
 }  // namespace gpuruntime::convolutioncommon

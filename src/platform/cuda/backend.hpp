@@ -130,6 +130,17 @@ class Block {
     step(Pack{threadIdx.x});
   }
 
+  /// Neighbouring threads take elements that follow one another.
+  template <unsigned int RUN, class Step>
+  __device__ void forEachOfRuns(unsigned long live, Step step) const {
+    forEachThread([&](Thread thread) {
+      unrolled<RUN>([&](auto i) {
+        const ThreadIndex e = i * shape().x + thread.x;
+        if (e < live) step(thread, e / RUN, e % RUN, e);
+      });
+    });
+  }
+
   /// True if the test holds for this thread: each that finds something reports it.
   template <class Test>
   __device__ bool findsAny(Live, Test test) const {
