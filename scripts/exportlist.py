@@ -33,7 +33,11 @@ FIXED = [
 ]
 
 ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long",
-           "conv::OffsetsAndSzs": "gpuruntime::conv::OffsetsAndSzs"}
+           "conv::OffsetsAndSzs": "gpuruntime::conv::OffsetsAndSzs",
+           "convn::OffsetsAndSzs": "gpuruntime::convn::OffsetsAndSzs",
+           "convolutioncommon::KernelType": "gpuruntime::convolutioncommon::KernelType",
+           "convolutioncommon::PageOffsetInfo": "gpuruntime::convolutioncommon::PageOffsetInfo"}
+SIZES = "std::vector<unsigned long, std::allocator<unsigned long> > const&"
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
@@ -73,6 +77,8 @@ def built_in(words):
 def spell(parameter, types):
     """A parameter's type as a demangler spells it: `const T* a` with T = int is `int const*`."""
     parameter = parameter.split("=")[0]
+    if re.match(r"const std::vector<unsigned long>&", parameter):
+        return SIZES
     for name, value in types.items():
         parameter = re.sub(r"\b%s\b" % name, value, parameter)
     for alias, value in ALIASES.items():

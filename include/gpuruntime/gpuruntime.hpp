@@ -14,6 +14,7 @@
 #include <gpuruntime/complex/decomplexify.hpp>
 #include <gpuruntime/complex/realimag.hpp>
 #include <gpuruntime/convolutions/conv.hpp>
+#include <gpuruntime/convolutions/conv2.hpp>
 #include <gpuruntime/elementtypes.hpp>
 #include <gpuruntime/elmath/abs.hpp>
 #include <gpuruntime/elmath/cast.hpp>

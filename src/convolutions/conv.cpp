@@ -22,13 +22,6 @@ inline constexpr unsigned int perThread = std::is_same_v<T, float>    ? 16
                                           : std::is_same_v<T, float2> ? 8
                                                                       : 4;
 
-// The largest halo of a type.
-template <class T>
-inline constexpr unsigned int longestHalo = std::is_same_v<T, double>   ? 80
-                                            : std::is_same_v<T, float>  ? 144
-                                            : std::is_same_v<T, float2> ? 48
-                                                                        : 32;
-
 /// A tile of `perThread` outputs for each thread. The members of a type share it: nothing in it depends on how many of
 /// the taps are the member's own.
 template <class T>
@@ -36,9 +29,8 @@ struct ConvolutionVectorKernel : BlockFunctor<blockSize> {
   static constexpr unsigned int P = perThread<T>;
   static constexpr unsigned int tile = blockSize * P;
   // A thread owns runs of A outputs, a block of threads apart.
-  static constexpr unsigned int A = std::is_same_v<T, float> ? 8 : 4;
-  // The last columns keep the rows of neighbouring elements off each other's memory banks.
-  static constexpr unsigned int pitch = tile / A + (longestHalo<T> + A - 1) / A / 32 * 32 + 32 + 32 / A;
+  static constexpr unsigned int A = 4;
+  static constexpr unsigned int pitch = pitchOf<T, A>(tile + longestHalo<T>);
   using Layout = RunLayout<A, pitch, 1>;
 
   struct Shared {
@@ -53,6 +45,7 @@ struct ConvolutionVectorKernel : BlockFunctor<blockSize> {
     const unsigned long tileStart = inStart + it.block * tile;
     const ThreadIndex lead = Layout::lead(taps);
     load(block, shared.s_Data, in, inCount, tileStart, lead);
+    platform::prefetchRunAhead(in + tileStart, tile, tile);
     block.sync();
 
     Sum<T, blockSize> sums[P];

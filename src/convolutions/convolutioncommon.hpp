@@ -3,7 +3,7 @@
 /// taps to the sums of all threads.
 #pragma once
 
-#include <gpuruntime/elementtypes.hpp>
+#include <gpuruntime/convolutions/conv.hpp>
 
 #include <cmath>
 
@@ -111,40 +111,71 @@ struct RunLayout {
   }
 };
 
-/// Gives every thread its P sums over all taps, in ascending order, from +0 on. The sums stand for runs of elements,
-/// GROUP apart in storage; the first run, for tap 0, is at `first + place(thread)`.
+// The largest halo of a type.
+template <class T>
+inline constexpr unsigned int longestHalo = std::is_same_v<T, double>   ? conv::haloOf<T>(64)
+                                            : std::is_same_v<T, float>  ? conv::haloOf<T>(128)
+                                            : std::is_same_v<T, float2> ? conv::haloOf<T>(36)
+                                                                        : conv::haloOf<T>(24);
+
+/// Elements from row to row of a RunLayout whose columns stand side by side and hold so many elements. Some columns
+/// more keep elements that follow one another off each other's memory banks.
+template <class T, unsigned int A>
+constexpr unsigned int pitchOf(unsigned int elements) {
+  constexpr unsigned int banks = 128 / sizeof(RealOf<T>);
+  const unsigned int columns = (elements + A - 1) / A;
+  return (columns + banks - banks / A - 1) / banks * banks + banks / A;
+}
+
+/// Adds COUNT taps to the P sums of every thread. The sums stand for runs of elements, GROUP apart in storage; the
+/// first run, for the first of the taps, is at `first + place(thread)`.
+template <unsigned int COUNT, class Layout, unsigned int GROUP, class Block, class T, class Tile, class Sum,
+          unsigned int P, class Place>
+GPURUNTIME_INLINE void addTaps(const Block& block, const T* filter, const Tile& tile, ThreadIndex first, Sum (&sums)[P],
+                               Place place) {
+  constexpr unsigned int A = Layout::run;
+  // Runs before the first that these taps reach.
+  constexpr unsigned int before = (COUNT - 1 + A - 1) / A;
+  // The taps stay in registers while the threads run.
+  T taps[COUNT];
+  unrolled<COUNT>([&](auto k) { taps[k] = filter[k]; });
+  const auto data = tile.from(first - before * Layout::column);
+  block.forEachThread([&](Thread thread) {
+    const ThreadIndex own = place(thread);
+    unrolled<P>([&](auto m) {
+      T sum = sums[m].get(thread);
+      unrolled<COUNT>([&](auto k) {
+        sum = withProduct(data.get(own + (m / A * GROUP + Layout::place(before * A + m % A - k))), taps[k], sum);
+      });
+      sums[m].set(thread, sum);
+    });
+  });
+}
+
+/// Adds the taps that are left, at most MOST.
+template <unsigned int MOST, class Layout, unsigned int GROUP, class Block, class T, class Tile, class Sum,
+          unsigned int P, class Place>
+GPURUNTIME_INLINE void addLastTaps(const Block& block, const T* filter, unsigned long taps, const Tile& tile,
+                                   ThreadIndex first, Sum (&sums)[P], Place place) {
+  if constexpr (MOST > 0) {
+    if (taps == MOST) return addTaps<MOST, Layout, GROUP>(block, filter, tile, first, sums, place);
+    addLastTaps<MOST - 1, Layout, GROUP>(block, filter, taps, tile, first, sums, place);
+  }
+}
+
+/// Gives every thread its P sums over all taps, in ascending order, from +0 on; see addTaps.
 template <class Layout, unsigned int GROUP, class Block, class T, class Tile, class Sum, unsigned int P, class Place>
 GPURUNTIME_INLINE void sumTaps(const Block& block, const T* filter, unsigned long taps, const Tile& tile,
                                ThreadIndex first, Sum (&sums)[P], Place place) {
   constexpr unsigned int A = Layout::run, most = tapsAtOnce<T>;
   static_assert(most % A == 0 && P % A == 0, "every step begins with a whole run");
   block.forEachThread([&](Thread thread) { unrolled<P>([&](auto m) { sums[m].set(thread, T{}); }); });
-  const auto add = [&](auto count) {
-    // Runs before the first that these taps reach.
-    constexpr unsigned int before = (count - 1 + A - 1) / A;
-    // The taps stay in registers while the threads run.
-    T some[count];
-    unrolled<count>([&](auto k) { some[k] = filter[k]; });
-    const auto data = tile.from(first - before * Layout::column);
-    block.forEachThread([&](Thread thread) {
-      const ThreadIndex own = place(thread);
-      unrolled<P>([&](auto m) {
-        T sum = sums[m].get(thread);
-        unrolled<count>([&](auto k) {
-          sum = withProduct(data.get(own + (m / A * GROUP + Layout::place(before * A + m % A - k))), some[k], sum);
-        });
-        sums[m].set(thread, sum);
-      });
-    });
-  };
   for (; taps >= most; taps -= most) {
-    add(std::integral_constant<unsigned int, most>());
+    addTaps<most, Layout, GROUP>(block, filter, tile, first, sums, place);
     first -= most / A * Layout::column;
     filter += most;
   }
-  unrolled<most - 1>([&](auto k) {
-    if (taps == k + 1) add(std::integral_constant<unsigned int, k + 1>());
-  });
+  addLastTaps<most - 1, Layout, GROUP>(block, filter, taps, tile, first, sums, place);
 }
 
 }  // namespace gpuruntime::convolutioncommon
