@@ -166,7 +166,7 @@ def invoker_names(family, spelled, parameters, body, lists):
         for element, N in pass_members("GPURUNTIME_" + macro):
             for name, arguments, const in functions(body):
                 yield "gpuruntime::%s::Invoker<%s, %s<%s> >::%s(%s)%s" % (
-                    spelled, element, size, N, name, ", ".join(spell(a, {"T": element}) for a in arguments), const)
+                    spelled, element, size, N + ("ul" if size == "mpl_::size_t" else ""), name, ", ".join(spell(a, {"T": element}) for a in arguments), const)
     if sizes:
         return
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)

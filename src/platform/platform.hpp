@@ -7,7 +7,8 @@
 ///    one copy per source unit, zero at load. `GPURUNTIME_CONSTANT_TABLE(T, name, value)` defines one with a value
 ///    known at compile time, which `GPURUNTIME_TABLE(name)` reads, on the host too. `GPURUNTIME_SHARED(T, name)`
 ///    defines a block's shared storage inside a block functor: raw, never initialised. GPURUNTIME_INLINE stands before
-///    functions, for kernels and the host, whose calls must leave no trace.
+///    functions, for kernels and the host, whose calls must leave no trace, and GPURUNTIME_INLINE_LAMBDA behind the
+///    parameters of such lambdas: there are limits to what compilers inline by themselves.
 /// 2. **Runtime calls** under their platform names, in `gpuruntime::platform`: `cudaGetDevice`,
 ///    `cudaGetDeviceProperties`, `cudaGetErrorString`, `cudaFuncGetAttributes`, `cudaMemcpyAsync`,
 ///    `cudaMemcpyToSymbolAsync`, `cudaMemcpyFromSymbolAsync`, `cudaMemcpyToSymbol`, `cudaMemcpyFromSymbol`,

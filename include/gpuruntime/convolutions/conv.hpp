@@ -18,15 +18,15 @@
 #define GPURUNTIME_TAPS_1_TO_16(X, A, T) GPURUNTIME_TAPS_1_TO_12(X, A, T) GPURUNTIME_TAPS_13_TO_16(X, A, T)
 #define GPURUNTIME_TAPS_32_TO_64(X, A, T) X(A, T, 32) X(A, T, 48) X(A, T, 64)
 #define GPURUNTIME_TAPS_80_TO_128(X, A, T) X(A, T, 80) X(A, T, 96) X(A, T, 112) X(A, T, 128)
-#define GPURUNTIME_PASS_MEMBERS(X, A)                                                                         \
-  GPURUNTIME_TAPS_1_TO_16(X, A, double)                                                                       \
-  GPURUNTIME_TAPS_32_TO_64(X, A, double)                                                                      \
-  GPURUNTIME_TAPS_1_TO_16(X, A, float)                                                                        \
-  GPURUNTIME_TAPS_32_TO_64(X, A, float)                                                                       \
-  GPURUNTIME_TAPS_80_TO_128(X, A, float)                                                                      \
-  GPURUNTIME_TAPS_1_TO_12(X, A, float2)                                                                       \
-  X(A, float2, 24) X(A, float2, 36) GPURUNTIME_TAPS_1_TO_6(X, A, double2) X(A, double2, 12) X(A, double2, 18) \
-      X(A, double2, 24)
+#define GPURUNTIME_PASS_MEMBERS(X, A)    \
+  GPURUNTIME_TAPS_1_TO_16(X, A, double)  \
+  GPURUNTIME_TAPS_32_TO_64(X, A, double) \
+  GPURUNTIME_TAPS_1_TO_16(X, A, float)   \
+  GPURUNTIME_TAPS_32_TO_64(X, A, float)  \
+  GPURUNTIME_TAPS_80_TO_128(X, A, float) \
+  GPURUNTIME_TAPS_1_TO_12(X, A, float2)  \
+  X(A, float2, 24)                       \
+  X(A, float2, 36) GPURUNTIME_TAPS_1_TO_6(X, A, double2) X(A, double2, 12) X(A, double2, 18) X(A, double2, 24)
 
 /// Stands first in the Invokers of families with a size, `Invoker<T, N>`: a pair that is not in GPURUNTIME_##MEMBERS,
 /// or whose N is no Size<...>, is refused at compile time.

@@ -23,6 +23,7 @@
 #endif
 
 #define GPURUNTIME_INLINE inline __attribute__((always_inline))
+#define GPURUNTIME_INLINE_LAMBDA __attribute__((always_inline))
 
 namespace gpuruntime::platform::detail {
 

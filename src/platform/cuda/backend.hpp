@@ -25,6 +25,7 @@
 #define GPURUNTIME_SHARED(T, name) __shared__ T name
 
 #define GPURUNTIME_INLINE __host__ __device__ __forceinline__
+#define GPURUNTIME_INLINE_LAMBDA __attribute__((always_inline))
 
 #include "../polar.hpp"
 #include "../power.hpp"
