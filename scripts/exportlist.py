@@ -33,7 +33,12 @@ FIXED = [
 ]
 
 ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long",
-           "FindFirstLast": "gpuruntime::FindFirstLast"}
+           "FindFirstLast": "gpuruntime::FindFirstLast",
+           "conv::OffsetsAndSzs": "gpuruntime::conv::OffsetsAndSzs",
+           "convn::OffsetsAndSzs": "gpuruntime::convn::OffsetsAndSzs",
+           "convolutioncommon::KernelType": "gpuruntime::convolutioncommon::KernelType",
+           "convolutioncommon::PageOffsetInfo": "gpuruntime::convolutioncommon::PageOffsetInfo"}
+SIZES = "std::vector<unsigned long, std::allocator<unsigned long> > const&"
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
@@ -73,6 +78,8 @@ def built_in(words):
 def spell(parameter, types):
     """A parameter's type as a demangler spells it: `const T* a` with T = int is `int const*`."""
     parameter = parameter.split("=")[0]
+    if re.match(r"const std::vector<unsigned long>&", parameter):
+        return SIZES
     for name, value in types.items():
         parameter = re.sub(r"\b%s\b" % name, value, parameter)
     for alias, value in ALIASES.items():
@@ -103,6 +110,24 @@ def spell(parameter, types):
     if not suffix:
         return base
     return base + (" const" if constant else "") + re.sub(r" const$", "", suffix)
+
+
+def pass_members(macro):
+    """The pairs of a type and a size that a macro X(A, T, N) of a header expands to."""
+    macros = {}
+    for header in HEADERS.glob("*/*.hpp"):
+        text = strip_comments(header.read_text()).replace("\\\n", " ")
+        macros.update((name, (split_parameters(names), body))
+                      for name, names, body in re.findall(r"#define (GPURUNTIME_\w+)\(([^()]*)\) (.*)", text))
+
+    def expanded(name, arguments):
+        names, body = macros[name]
+        values = dict(zip(names, arguments))
+        for inner, given in re.findall(r"(\w+)\(([^()]*)\)", body):
+            given = [values.get(argument, argument) for argument in split_parameters(given)]
+            yield from [given[1:]] if inner == "X" else expanded(inner, given)
+
+    return list(expanded(macro, ["X", "A"]))
 
 
 def split_parameters(text):
@@ -148,6 +173,16 @@ def size_lists(text):
 
 
 def invoker_names(family, spelled, given, parameters, body, lists):
+    sizes = re.findall(
+        r"GPURUNTIME_FAMILY_TAKES_SIZES\(\s*%s\s*,\s*T\s*,\s*N\s*,\s*([\w:]+)\s*,\s*(\w+)\s*\)" % family, body)
+    for size, macro in sizes:
+        for element, N in pass_members("GPURUNTIME_" + macro):
+            for name, arguments, const in functions(body):
+                member = "%s, %s<%s%s> " % (element, size, N, "ul" if size == "mpl_::size_t" else "")
+                yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
+                    spelled, member, name, ", ".join(spell(a, {"T": element}) for a in arguments), const)
+    if sizes:
+        return
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
     if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):

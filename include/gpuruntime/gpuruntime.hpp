@@ -13,6 +13,9 @@
 #include <gpuruntime/complex/conj.hpp>
 #include <gpuruntime/complex/decomplexify.hpp>
 #include <gpuruntime/complex/realimag.hpp>
+#include <gpuruntime/convolutions/conv.hpp>
+#include <gpuruntime/convolutions/conv2.hpp>
+#include <gpuruntime/convolutions/conv2SmallSquareFilter.hpp>
 #include <gpuruntime/elementtypes.hpp>
 #include <gpuruntime/elmath/abs.hpp>
 #include <gpuruntime/elmath/cast.hpp>

@@ -7,8 +7,9 @@
 ///    one copy per source unit, zero at load. `GPURUNTIME_CONSTANT_TABLE(T, name, value)` defines one with a value
 ///    known at compile time, which `GPURUNTIME_TABLE(name)` reads, on the host too. `GPURUNTIME_SHARED(T, name)`
 ///    defines a block's shared storage inside a block functor: raw, never initialised. GPURUNTIME_INLINE stands before
-///    functions, for kernels and the host, whose calls must leave no trace; GPURUNTIME_CALLED before those that a GPU
-///    had better call, since copies of them would take a kernel's registers.
+///    functions, for kernels and the host, whose calls must leave no trace, and GPURUNTIME_INLINE_LAMBDA behind the
+///    parameters of such lambdas: there are limits to what compilers inline by themselves. GPURUNTIME_CALLED stands
+///    before functions that a GPU had better call, since copies of them would take a kernel's registers.
 /// 2. **Runtime calls** under their platform names, in `gpuruntime::platform`: `cudaGetDevice`,
 ///    `cudaGetDeviceProperties`, `cudaGetErrorString`, `cudaFuncGetAttributes`, `cudaMemcpyAsync`,
 ///    `cudaMemcpyToSymbolAsync`, `cudaMemcpyFromSymbolAsync`, `cudaMemcpyToSymbol`, `cudaMemcpyFromSymbol`,
@@ -30,6 +31,8 @@
 ///    `block.forEachThreadOfBox(live, step)` is that for blocks of any extent along x.
 ///    `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a matrix, for
 ///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
+///    `block.forEachOfRuns<RUN>(live, step)` runs `step(thread, column, k, e)` for elements e = column * RUN + k below
+///    `live`, RUN for each thread along x, to move them between an array and columns; a backend chooses by which thread.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
 ///    `block.forEachListed(live, lists, slotOf, write)` runs `write(thread, slot)` for each thread for which `lists`

@@ -150,6 +150,22 @@ class Block {
     }
   }
 
+  /// Runs `step(thread, column, k, e)` for elements e = column * RUN + k below `live`, RUN for each thread along x:
+  /// here those of its own column.
+  template <unsigned int RUN, class Step>
+  GPURUNTIME_INLINE void forEachOfRuns(unsigned long live, Step step) const {
+    const ThreadIndex whole = live / RUN;
+    forEachThread(Live{whole}, [&](Thread thread) {
+      if (isIdle(thread.x >= whole)) return;
+      unrolled<RUN>([&](auto k) { step(thread, thread.x, k, thread.x * RUN + k); });
+    });
+    if (whole >= shape().x || live % RUN == 0) return;
+    forEachThread(Live{whole + 1}, [&](Thread thread) {
+      if (thread.x != whole) return;
+      for (ThreadIndex k = 0; k < live % RUN; ++k) step(thread, whole, k, whole * RUN + k);
+    });
+  }
+
   /// True if the test holds for some thread.
   template <class Test>
   GPURUNTIME_INLINE bool findsAny(Live live, Test test) const {

@@ -24,6 +24,7 @@
 
 #define GPURUNTIME_INLINE inline __attribute__((always_inline))
 #define GPURUNTIME_CALLED inline
+#define GPURUNTIME_INLINE_LAMBDA __attribute__((always_inline))
 
 namespace gpuruntime::platform::detail {
 

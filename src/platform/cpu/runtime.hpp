@@ -46,8 +46,9 @@ cudaError cudaMemcpyToSymbolAsync(T& symbol, const void* source, std::size_t byt
 }
 
 template <class T>
-cudaError cudaMemcpyToSymbol(T& symbol, const void* source, std::size_t bytes) {
-  return detail::copyToSymbol(&symbol, sizeof(T), source, bytes);
+cudaError cudaMemcpyToSymbol(T& symbol, const void* source, std::size_t bytes, std::size_t offset = 0,
+                             cudaMemcpyKind = cudaMemcpyHostToDevice) {
+  return detail::copyToSymbol(reinterpret_cast<char*>(&symbol) + offset, sizeof(T) - offset, source, bytes);
 }
 
 template <class T>

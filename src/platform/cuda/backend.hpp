@@ -26,6 +26,7 @@
 
 #define GPURUNTIME_INLINE __host__ __device__ __forceinline__
 #define GPURUNTIME_CALLED __host__ __device__ __noinline__
+#define GPURUNTIME_INLINE_LAMBDA __attribute__((always_inline))
 
 #include "../polar.hpp"
 #include "../power.hpp"
@@ -129,6 +130,17 @@ class Block {
   template <class Step>
   __device__ void forEachPack(Live, Step step) const {
     step(Pack{threadIdx.x});
+  }
+
+  /// Neighbouring threads take elements that follow one another.
+  template <unsigned int RUN, class Step>
+  __device__ void forEachOfRuns(unsigned long live, Step step) const {
+    forEachThread([&](Thread thread) {
+      unrolled<RUN>([&](auto i) {
+        const ThreadIndex e = i * shape().x + thread.x;
+        if (e < live) step(thread, e / RUN, e % RUN, e);
+      });
+    });
   }
 
   /// True if the test holds for this thread: each that finds something reports it.
