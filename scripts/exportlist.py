@@ -32,7 +32,8 @@ FIXED = [
     "vtable for gpuruntime::MessageError",
 ]
 
-ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long"}
+ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::size_t": "unsigned long",
+           "InterpType": "gpuruntime::InterpType"}
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
 
@@ -83,6 +84,11 @@ def spell(parameter, types):
     parameter = re.sub(r"\bDoubleOf<([\w\s]+)>",
                        lambda match: "double2" if match.group(1) in (row[1] for row in PARTS.values()) else "double",
                        parameter)
+    if vector := re.fullmatch(r"(const )?std::vector<(.*)>(&?) ?\w*", parameter.strip()):
+        constant, element, reference = vector.groups()
+        element = spell(element, types)
+        return "std::vector<%s, std::allocator<%s> >%s" % (element, element, " const" * bool(constant and reference)
+                                                           + reference)
     if not re.fullmatch(r"[\w:\s*&]+", parameter):
         raise ValueError("exportlist.py can't spell the parameter type '%s'" % parameter.strip())
     words, other, suffix, constant = [], "", "", False
@@ -134,15 +140,25 @@ def generator_lists():
     return {name: split_parameters(members) for name, members in re.findall(r"using (\w+) =\s*TypeList<([^<>]*)>;", text)}
 
 
+def can_round(value, result):
+    """What GPURUNTIME_FAMILY_ROUNDS asks for: both real or both complex, and the result not the wider."""
+    rows = list(dict.fromkeys(PARTS.values()))
+    kind, column = PARTS[value].index(value), PARTS[result].index(result)
+    return kind == column and rows.index(PARTS[value]) <= rows.index(PARTS[result])
+
+
 def invoker_names(family, spelled, parameters, body, lists):
     takes = re.findall(r"GPURUNTIME_FAMILY_TAKES\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
     chosen = {parameter: lists[name] for _, parameter, name in takes}
     if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):
         raise ValueError("%s::Invoker: each parameter needs its GPURUNTIME_FAMILY_TAKES(%s, parameter, list)"
                          % (family, family))
-    # Every combination is a member. A family of which only some are would leave out the others here.
+    rounds = re.findall(r"GPURUNTIME_FAMILY_ROUNDS\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
+    # Every combination is a member, but where a result must not be wider than a value.
     for combination in itertools.product(*(chosen[parameter] for parameter in parameters)):
         types = dict(zip(parameters, combination))
+        if not all(can_round(types[value], types[result]) for _, value, result in rounds):
+            continue
         for name, arguments, const in functions(body):
             yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (
                 spelled, ", ".join(combination), name, ", ".join(spell(a, types) for a in arguments), const)

@@ -123,6 +123,7 @@ void addBuild(Lines& lines);
 void addComplex(Lines& lines);
 void addElements(Lines& lines);
 void addElmath(Lines& lines);
+void addInterp(Lines& lines);
 void addReductions(Lines& lines);
 void addSorting(Lines& lines);
 void addScans(Lines& lines);

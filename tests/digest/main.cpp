@@ -87,6 +87,7 @@ int main(int argc, char** argv) {
   digest::addComplex(run);
   digest::addElements(run);
   digest::addElmath(run);
+  digest::addInterp(run);
   digest::addReductions(run);
   digest::addSorting(run);
   digest::addScans(run);
