@@ -116,7 +116,7 @@ def split_parameters(text):
 
 def functions(body):
     """The exported functions declared in a class body itself: (name, parameters, ' const' or '')."""
-    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
+    pattern = r"\bGPURUNTIME_API\s+(?:static\s+)?[\w:\s*&<>,]*?(operator\(\)|\w+)\s*\(([^()]*)\)\s*(const)?[^;{]*;"
     return [(name, split_parameters(parameters), " const" if const else "")
             for name, parameters, const in re.findall(pattern, body)]
 
