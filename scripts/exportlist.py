@@ -37,7 +37,8 @@ ALIASES = {"cudaStream_t": "CUstream_st*", "cudaError_t": "cudaError", "std::siz
            "conv::OffsetsAndSzs": "gpuruntime::conv::OffsetsAndSzs",
            "convn::OffsetsAndSzs": "gpuruntime::convn::OffsetsAndSzs",
            "convolutioncommon::KernelType": "gpuruntime::convolutioncommon::KernelType",
-           "convolutioncommon::PageOffsetInfo": "gpuruntime::convolutioncommon::PageOffsetInfo"}
+           "convolutioncommon::PageOffsetInfo": "gpuruntime::convolutioncommon::PageOffsetInfo",
+           "InterpType": "gpuruntime::InterpType"}
 SIZES = "std::vector<unsigned long, std::allocator<unsigned long> > const&"
 PARTS = {}  # The row of the table that a type stands in: its real and its complex type.
 BUILT_IN = {"unsigned", "signed", "char", "short", "int", "long", "float", "double", "bool", "void"}
@@ -91,6 +92,11 @@ def spell(parameter, types):
     parameter = re.sub(r"\bDoubleOf<([\w\s]+)>",
                        lambda match: "double2" if match.group(1) in (row[1] for row in PARTS.values()) else "double",
                        parameter)
+    if vector := re.fullmatch(r"(const )?std::vector<(.*)>(&?) ?\w*", parameter.strip()):
+        constant, element, reference = vector.groups()
+        element = spell(element, types)
+        return "std::vector<%s, std::allocator<%s> >%s" % (element, element, " const" * bool(constant and reference)
+                                                           + reference)
     if not re.fullmatch(r"[\w:\s*&]+", parameter):
         raise ValueError("exportlist.py can't spell the parameter type '%s'" % parameter.strip())
     words, other, suffix, constant = [], "", "", False
@@ -172,6 +178,13 @@ def size_lists(text):
     return {name: re.findall(r"mpl_::\w+<[^<>]*>", members) for name, members in found}
 
 
+def can_round(value, result):
+    """What GPURUNTIME_FAMILY_ROUNDS asks for: both real or both complex, and the result not the wider."""
+    rows = list(dict.fromkeys(PARTS.values()))
+    kind, column = PARTS[value].index(value), PARTS[result].index(result)
+    return kind == column and rows.index(PARTS[value]) <= rows.index(PARTS[result])
+
+
 def invoker_names(family, spelled, given, parameters, body, lists):
     sizes = re.findall(
         r"GPURUNTIME_FAMILY_TAKES_SIZES\(\s*%s\s*,\s*T\s*,\s*N\s*,\s*([\w:]+)\s*,\s*(\w+)\s*\)" % family, body)
@@ -188,9 +201,12 @@ def invoker_names(family, spelled, given, parameters, body, lists):
     if any(name != family for name, _, _ in takes) or set(chosen) != set(parameters):
         raise ValueError("%s::Invoker: each parameter needs its GPURUNTIME_FAMILY_TAKES(%s, parameter, list)"
                          % (family, family))
-    # Every combination is a member. A family of which only some are would leave out the others here.
+    rounds = re.findall(r"GPURUNTIME_FAMILY_ROUNDS\(\s*(\w+)\s*,\s*(\w+)\s*,\s*(\w+)\s*\)", body)
+    # Every combination is a member, but where a result must not be wider than a value.
     for combination in itertools.product(*(chosen[parameter] for parameter in parameters)):
         types = {**given, **dict(zip(parameters, combination))}
+        if not all(can_round(types[value], types[result]) for _, value, result in rounds):
+            continue
         for name, arguments, const in functions(body):
             members = ", ".join(combination) + (" " if combination[-1].endswith(">") else "")
             yield "gpuruntime::%s::Invoker<%s>::%s(%s)%s" % (

@@ -62,7 +62,9 @@
 ///    hints. Where `joinedRuns<T>` or `joinedTiles<T, N>` is above 1, a block had best do the work of so many
 ///    neighbours, and so many of its own steps, at once: then a run is so many times as long as the block, and a tile
 ///    has so many times its edge. `blocksAtOnce` blocks had best be done at once where each has little to do, and
-///    `loadRuns<RUNS>(columns, in, n)` gives them their runs, element k of run t at `columns[k * RUNS + t]`.
+///    `loadRuns<RUNS>(columns, in, n)` gives them their runs, element k of run t at `columns[k * RUNS + t]`. Where
+///    `prefersWholeBlocks` is true, a kernel that has such a form had best do its threads' work for the block as a
+///    whole, in loops of its own over `withShape<N>()` threads, with what is the same for all of them outside.
 /// 9. **Words and loads.** `atomicCAS`, `atomicOr`, `atomicAnd` on 32-bit words; `readOnlyLoad(pointer)`.
 /// 10. **Device arithmetic.** `__dmul_rn`, `__dadd_rn` and `sincos`. `hypot(a, b)` and `atan2(y, x)` of
 ///    `polar.hpp` and `Power<T>(y)(x)` of `power.hpp`, the same on every backend. `exactDouble(x)` of an integer up to

@@ -125,6 +125,7 @@ void addElements(Lines& lines);
 void addElmath(Lines& lines);
 void addFilter(Lines& lines);
 void addIndexing(Lines& lines);
+void addInterp(Lines& lines);
 void addReductions(Lines& lines);
 void addScans(Lines& lines);
 void addSearch(Lines& lines);

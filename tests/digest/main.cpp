@@ -89,6 +89,7 @@ int main(int argc, char** argv) {
   digest::addElmath(run);
   digest::addFilter(run);
   digest::addIndexing(run);
+  digest::addInterp(run);
   digest::addReductions(run);
   digest::addScans(run);
   digest::addSearch(run);

@@ -58,7 +58,11 @@ struct SingleStep {
   static GPURUNTIME_DEVICE void run(const platform::Block<>& block, unsigned long n, Args... args) {
     // In 32 bits, with wrap-around.
     const unsigned int first = launchdetail::flatBlockIndex(block) * block.shape().x;
-    if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
+    if constexpr (launchdetail::runsWholeBlocks<Functor>) {
+      const unsigned long live = platform::Live::after(first, n);
+      const auto covered = gpucommon::hostDeviceMath::minSizeT<unsigned long>(live, block.shape().x);
+      Functor::applyToBlock(block, {first, 0, 0}, {covered, 1, 1}, args...);
+    } else if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
       fillWindow<Functor>(block, first, n, args...);
     } else if constexpr (!std::is_base_of_v<elementwise::FindsInElement, Functor>) {
       applyInBlock<Functor>(block, first, n, args...);

@@ -24,13 +24,26 @@ struct FindsInElement {};
 /// there. From element to listed element of a run the slots rise by one, so a backend may ask for one a run.
 struct ListsElements {};
 
+/// Base of the functors that can also do what a block covers as a whole, where platform::prefersWholeBlocks is true:
+/// `applyToBlock(block, first, live, args...)`, with the first element and the number of them along each dimension,
+/// then stands in for `apply`. In a box, `joinedBlocks` neighbours are one block.
+struct RunsWholeBlocks {
+  static constexpr unsigned int joinedBlocks = 1;
+};
+
 }  // namespace gpuruntime::elementwise
 
 namespace gpuruntime::launchdetail {
 
+template <class Functor>
+inline constexpr bool runsWholeBlocks =
+    platform::prefersWholeBlocks&& std::is_base_of_v<elementwise::RunsWholeBlocks, Functor>;
+
 template <class Functor, class Out, class... Args>
 constexpr unsigned int joinedBlocksFor() {
-  if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
+  if constexpr (runsWholeBlocks<Functor>) {
+    return Functor::joinedBlocks;
+  } else if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
     return platform::joinedRuns<std::remove_pointer_t<Out>>;
   } else {
     return 1;
@@ -81,11 +94,14 @@ GPURUNTIME_DEVICE void applyInBox(const platform::Block<>& block, Distances firs
   const auto run = [=](auto... arguments) {
     block.forEachThreadOfBox(live, [=](platform::Thread thread) { applyTo(thread, arguments...); });
   };
-  if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
-    const platform::Extent shape = block.shape();
-    using gpucommon::hostDeviceMath::minSizeT;
-    const Distances covered{minSizeT<unsigned long>(live.x, shape.x), minSizeT<unsigned long>(live.y, shape.y),
-                            minSizeT<unsigned long>(live.z, shape.z)};
+  const platform::Extent shape = block.shape();
+  using gpucommon::hostDeviceMath::minSizeT;
+  [[maybe_unused]] const Distances covered{minSizeT<unsigned long>(live.x, shape.x),
+                                           minSizeT<unsigned long>(live.y, shape.y),
+                                           minSizeT<unsigned long>(live.z, shape.z)};
+  if constexpr (runsWholeBlocks<Functor>) {
+    Functor::applyToBlock(block, first, covered, args...);
+  } else if constexpr (std::is_base_of_v<elementwise::WritesOwnElement, Functor>) {
     runInWindow(block, first, covered, size, run, args...);
   } else {
     run(args...);

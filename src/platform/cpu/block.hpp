@@ -263,6 +263,9 @@ class Block {
 /// Blocks whose work is best done at once, if each has little to do. The checking mode runs them one by one.
 inline constexpr unsigned int blocksAtOnce = checking::enabled ? 1 : 16;
 
+/// Threads are turns of a loop, so a block as a whole can choose better loops. The checking mode runs each for itself.
+inline constexpr bool prefersWholeBlocks = !checking::enabled;
+
 /// A variable of each thread of a block of at most N threads that lives across steps.
 template <class T, unsigned int N>
 class PerThread {

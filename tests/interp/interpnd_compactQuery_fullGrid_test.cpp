@@ -1,0 +1,53 @@
+#include "support/devicemodel.hpp"
+#include "support/failedsizes.hpp"
+#include "support/interpnd.hpp"
+
+namespace {
+
+using namespace testsupport;
+
+template <class Member>
+struct InterpndCompactQueryFullTest : ::testing::Test {};
+TYPED_TEST_SUITE(InterpndCompactQueryFullTest, MembersNd);
+
+TYPED_TEST(InterpndCompactQueryFullTest, FollowsTheRulesInOneToFiveDimensions) {
+  using Family = typename TypeParam::template Of<gpuruntime::Interpnd_CompactQuery>;
+  const auto mesh = [](auto* out, const auto& on, const auto& queries, const long long* bins, const Sizes& sizes) {
+    Family()(nullptr, out, on.grids, on.values, queries, bins, sizes, on.valueSizes, on.extrapolation,
+             on.methods.inRange, on.methods.outOfRange, on.valueSizes.size());
+  };
+  struct Case {
+    Sizes sizes, querySizes;
+  };
+  const Case cases[] = {{{6}, {300}},
+                        {{4, 3}, {17, 9}},
+                        {{3, 2, 4}, {17, 1, 9}},
+                        {{3, 2, 4, 3}, {17, 1, 3, 2}},
+                        {{4, 3, 2, 2}, {300, 3, 2, 3}},
+                        {{2, 3, 2, 2, 3}, {7, 4, 5, 3, 5}},
+                        {{2, 2, 2, 2, 2}, {4, 0, 4, 4, 4}}};
+  unsigned int turn = 0;
+  for (const Case& one : cases) {
+    const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(one.sizes, false);
+    for (int k = 0; k < 3; ++k) grids.checkMesh(one.querySizes, methodPairs[turn++ % 6], mesh);
+  }
+}
+
+struct InterpndCompactQueryFullFailureTest : DeviceModelTest {};
+
+TEST_F(InterpndCompactQueryFullFailureTest, SaysThatTheSizesDidNotGetThere) {
+  for (const unsigned long n : {4UL, 5UL, 6UL}) {
+    const Sizes sizes(n, 2);
+    const auto call = [&](double* out) {
+      gpuruntime::Interpnd_CompactQuery::Invoker<double, double>()(
+          nullptr, out, std::vector<const double*>(n), nullptr, std::vector<const double*>(n), nullptr, sizes, sizes,
+          1.0, gpuruntime::InterpTypeLinear, gpuruntime::InterpTypeLinear, n);
+    };
+    const char* const ofQueries = "Interpnd compact query kernel failed to copy querySz to constant memory\n";
+    const char* const ofValues = "Interpnd compact query kernel failed to copy valueSz to constant memory\n";
+    expectStops(ofQueries, n <= 5 ? 1 : 0, call);
+    if (n <= 5) expectStops(ofValues, 2, call);
+  }
+}
+
+}  // namespace
