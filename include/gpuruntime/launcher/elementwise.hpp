@@ -27,9 +27,12 @@ GridAndBlock chooseElementwiseGridAndBlock(const platform::cudaFuncAttributes& a
 template <class Functor, class... Args>
 GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, unsigned int first, unsigned long n, Args... args) {
   const platform::Live live{platform::Live::after(first, n)};
-  block.forEachThread(live, [=](platform::Thread thread) {
-    Functor::apply(cuda::ElementwiseIterator{first + thread.x, n}, args...);
-  });
+  const auto iteratorOf = [=](platform::Thread thread) { return cuda::ElementwiseIterator{first + thread.x, n}; };
+  if constexpr (std::is_base_of_v<elementwise::LooksUpPlace, Functor>) {
+    launchdetail::applyToThreads<Functor>(block, live, iteratorOf, args...);
+  } else {
+    block.forEachThread(live, [=](platform::Thread thread) { Functor::apply(iteratorOf(thread), args...); });
+  }
 }
 
 template <class Functor, class T, class... Args>
