@@ -108,10 +108,10 @@ struct Ind2Sub3DKernel : elementwise::WritesOwnElement {
 template <class T>
 struct SelectFromRowsKernel : WritesUnlessRefused {
   static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, T* output, const T* input,
-                                      Subscript<const double*> columns, unsigned long stride) {
+                                      const Subscript<const double*>& columns, unsigned long stride) {
     if (it.isOutside()) return;
-    const unsigned long column = columns.at(it.index);
-    if (isRefused({column, isWithin(column, columns.extent)})) return;
+    const unsigned long column = placeIn(it, columns);
+    if (isRefused(column)) return;
     output[it.index] = input[column * stride + it.index];
   }
 };
@@ -119,10 +119,10 @@ struct SelectFromRowsKernel : WritesUnlessRefused {
 template <class T>
 struct SelectFromColumnsKernel : WritesUnlessRefused {
   static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, T* output, const T* input,
-                                      Subscript<const double*> rows, unsigned long stride) {
+                                      const Subscript<const double*>& rows, unsigned long stride) {
     if (it.isOutside()) return;
-    const unsigned long row = rows.at(it.index);
-    if (isRefused({row, isWithin(row, rows.extent)})) return;
+    const unsigned long row = placeIn(it, rows);
+    if (isRefused(row)) return;
     output[it.index] = input[it.index * stride + row];
   }
 };

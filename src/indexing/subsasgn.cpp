@@ -17,38 +17,33 @@ GPURUNTIME_DEVICE T elementOf(T value, unsigned long) {
 }
 
 // T is the storage of an element's width: types of one width share a kernel.
+template <class T, class V, class I1, class... I>
+struct SubsasgnKernel : LooksUp<I1> {
+  template <class Iterator>
+  static GPURUNTIME_DEVICE unsigned long placeOf(const Iterator& it, const T*, V, const Subscript<I1>& first,
+                                                 const Subscript<I>&... others) {
+    return it.isOutside() ? 0 : placeIn(it, first, others...);
+  }
+
+  template <class Iterator, class... Subscripts>
+  static GPURUNTIME_DEVICE void applyAt(unsigned long place, const Iterator& it, T* destination, V source,
+                                        const Subscripts&...) {
+    if (it.isOutside() || isRefused(place)) return;
+    destination[place] = elementOf<T>(source, denseIndex(it));
+  }
+
+  template <class Iterator, class... Subscripts>
+  static GPURUNTIME_DEVICE void apply(const Iterator& it, T* destination, V source, const Subscripts&... subscripts) {
+    applyAt(placeOf(it, destination, source, subscripts...), it, destination, source);
+  }
+};
+
 template <class T, class V, class I1>
-struct Subsasgn1DKernel {
-  static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, T* destination, V source,
-                                      Subscript<I1> first) {
-    if (it.isOutside()) return;
-    const Place place = placeOf(it, first);
-    if (isRefused(place)) return;
-    destination[place.index] = elementOf<T>(source, denseIndex(it));
-  }
-};
-
+using Subsasgn1DKernel = SubsasgnKernel<T, V, I1>;
 template <class T, class V, class I1, class I2>
-struct Subsasgn2DKernel {
-  static GPURUNTIME_DEVICE void apply(const cuda::Elementwise2DIterator& it, T* destination, V source,
-                                      Subscript<I1> first, Subscript<I2> second) {
-    if (it.isOutside()) return;
-    const Place place = placeOf(it, first, second);
-    if (isRefused(place)) return;
-    destination[place.index] = elementOf<T>(source, denseIndex(it));
-  }
-};
-
+using Subsasgn2DKernel = SubsasgnKernel<T, V, I1, I2>;
 template <class T, class V, class I1, class I2, class I3>
-struct Subsasgn3DKernel {
-  static GPURUNTIME_DEVICE void apply(const cuda::Elementwise3DIterator& it, T* destination, V source,
-                                      Subscript<I1> first, Subscript<I2> second, Subscript<I3> third) {
-    if (it.isOutside()) return;
-    const Place place = placeOf(it, first, second, third);
-    if (isRefused(place)) return;
-    destination[place.index] = elementOf<T>(source, denseIndex(it));
-  }
-};
+using Subsasgn3DKernel = SubsasgnKernel<T, V, I1, I2, I3>;
 
 template <class T, class V, class I1, class I2, class I3>
 void assign(CUstream_st* stream, unsigned long n, T* destination, V source, unsigned long extent1, unsigned long count1,

@@ -22,6 +22,7 @@ inline constexpr bool checksIndices = false;
 #endif
 
 namespace indexingdetail {
+struct PromisesNothing {};
 struct LeavesSomeElements {};
 }  // namespace indexingdetail
 
@@ -63,34 +64,33 @@ inline Subscript<double2> subscript(double2 range, unsigned long extent) {
   return {truncated(range.x) - 1, truncated(range.y), extent};
 }
 
-/// A place in the array that is subscripted, and, under the guard, whether the array has it.
-struct Place {
-  unsigned long index;
-  bool isInside;
-};
+/// Of an element that the guard refuses.
+inline constexpr unsigned long nowhere = ~0UL;
 
-GPURUNTIME_DEVICE bool isWithin(unsigned long position, unsigned long extent) {
-  return !checksIndices || position < extent;
+GPURUNTIME_DEVICE unsigned long unlessRefused(bool isInside, unsigned long place) {
+  return !checksIndices || isInside ? place : nowhere;
 }
 
+/// The place in the subscripted array that subscripts choose for a thread.
 template <class I1>
-GPURUNTIME_DEVICE Place placeOf(const cuda::ElementwiseIterator& it, Subscript<I1> first) {
+GPURUNTIME_DEVICE unsigned long placeIn(const cuda::ElementwiseIterator& it, const Subscript<I1>& first) {
   const unsigned long x = first.at(it.index);
-  return {x, isWithin(x, first.extent)};
+  return unlessRefused(x < first.extent, x);
 }
 
 template <class I1, class I2>
-GPURUNTIME_DEVICE Place placeOf(const cuda::Elementwise2DIterator& it, Subscript<I1> first, Subscript<I2> second) {
+GPURUNTIME_DEVICE unsigned long placeIn(const cuda::Elementwise2DIterator& it, const Subscript<I1>& first,
+                                        const Subscript<I2>& second) {
   const unsigned long x = first.at(it.x), y = second.at(it.y);
-  return {x + first.extent * y, isWithin(x, first.extent) && isWithin(y, second.extent)};
+  return unlessRefused(x < first.extent && y < second.extent, x + first.extent * y);
 }
 
 template <class I1, class I2, class I3>
-GPURUNTIME_DEVICE Place placeOf(const cuda::Elementwise3DIterator& it, Subscript<I1> first, Subscript<I2> second,
-                                Subscript<I3> third) {
+GPURUNTIME_DEVICE unsigned long placeIn(const cuda::Elementwise3DIterator& it, const Subscript<I1>& first,
+                                        const Subscript<I2>& second, const Subscript<I3>& third) {
   const unsigned long x = first.at(it.x), y = second.at(it.y), z = third.at(it.z);
-  return {x + first.extent * (y + second.extent * z),
-          isWithin(x, first.extent) && isWithin(y, second.extent) && isWithin(z, third.extent)};
+  return unlessRefused(x < first.extent && y < second.extent && z < third.extent,
+                       x + first.extent * (y + second.extent * z));
 }
 
 /// Where a thread's element stands in the array that isn't subscripted.
@@ -105,14 +105,19 @@ GPURUNTIME_DEVICE unsigned long denseIndex(const cuda::Elementwise3DIterator& it
 }
 
 /// True if the guard refuses a place, which it then reports.
-[[maybe_unused]] static GPURUNTIME_DEVICE bool isRefused(const Place& place) {
+[[maybe_unused]] static GPURUNTIME_DEVICE bool isRefused([[maybe_unused]] unsigned long place) {
   if constexpr (checksIndices) {
-    if (!place.isInside) raiseOutOfRange();
-    return !place.isInside;
+    if (place == nowhere) raiseOutOfRange();
+    return place == nowhere;
   } else {
     return false;
   }
 }
+
+/// Base of the functors of subscripts, by the kind of the first: a list's places lie in no order.
+template <class I1>
+using LooksUp =
+    std::conditional_t<std::is_same_v<I1, const double*>, elementwise::LooksUpPlace, indexingdetail::PromisesNothing>;
 
 /// Under the guard, sets the error word; false if that fails.
 [[maybe_unused]] static bool armGuard([[maybe_unused]] CUstream_st* stream) {

@@ -7,38 +7,33 @@ namespace gpuruntime {
 namespace {
 
 // W is the storage of an element's width: types of one width share a kernel.
-template <class W, class I1>
-struct Subsref1DKernel : WritesUnlessRefused {
-  static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, W* output, const W* input,
-                                      Subscript<I1> first) {
-    if (it.isOutside()) return;
-    const Place place = placeOf(it, first);
-    if (isRefused(place)) return;
-    output[denseIndex(it)] = input[place.index];
+template <class W, class I1, class... I>
+struct SubsrefKernel : WritesUnlessRefused, LooksUp<I1> {
+  template <class Iterator>
+  static GPURUNTIME_DEVICE unsigned long placeOf(const Iterator& it, const W*, const W*, const Subscript<I1>& first,
+                                                 const Subscript<I>&... others) {
+    return it.isOutside() ? 0 : placeIn(it, first, others...);
+  }
+
+  template <class Iterator, class... Subscripts>
+  static GPURUNTIME_DEVICE void applyAt(unsigned long place, const Iterator& it, W* output, const W* input,
+                                        const Subscripts&...) {
+    if (it.isOutside() || isRefused(place)) return;
+    output[denseIndex(it)] = input[place];
+  }
+
+  template <class Iterator, class... Subscripts>
+  static GPURUNTIME_DEVICE void apply(const Iterator& it, W* output, const W* input, const Subscripts&... subscripts) {
+    applyAt(placeOf(it, output, input, subscripts...), it, output, input);
   }
 };
 
-template <class W, class I1, class I2>
-struct Subsref2DKernel : WritesUnlessRefused {
-  static GPURUNTIME_DEVICE void apply(const cuda::Elementwise2DIterator& it, W* output, const W* input,
-                                      Subscript<I1> first, Subscript<I2> second) {
-    if (it.isOutside()) return;
-    const Place place = placeOf(it, first, second);
-    if (isRefused(place)) return;
-    output[denseIndex(it)] = input[place.index];
-  }
-};
-
-template <class W, class I1, class I2, class I3>
-struct Subsref3DKernel : WritesUnlessRefused {
-  static GPURUNTIME_DEVICE void apply(const cuda::Elementwise3DIterator& it, W* output, const W* input,
-                                      Subscript<I1> first, Subscript<I2> second, Subscript<I3> third) {
-    if (it.isOutside()) return;
-    const Place place = placeOf(it, first, second, third);
-    if (isRefused(place)) return;
-    output[denseIndex(it)] = input[place.index];
-  }
-};
+template <class T, class I1>
+using Subsref1DKernel = SubsrefKernel<T, I1>;
+template <class T, class I1, class I2>
+using Subsref2DKernel = SubsrefKernel<T, I1, I2>;
+template <class T, class I1, class I2, class I3>
+using Subsref3DKernel = SubsrefKernel<T, I1, I2, I3>;
 
 }  // namespace
 

@@ -27,11 +27,11 @@ GridAndBlock chooseElementwiseGridAndBlock(const platform::cudaFuncAttributes& a
 template <class Functor, class... Args>
 GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, unsigned int first, unsigned long n, Args... args) {
   const platform::Live live{platform::Live::after(first, n)};
-  const auto iteratorAt = [=](platform::Thread thread) { return cuda::ElementwiseIterator{first + thread.x, n}; };
-  if constexpr (launchdetail::listsElements<Functor>) {
-    launchdetail::listInBlock<Functor>(block, live, iteratorAt, args...);
+  const auto iteratorOf = [=](platform::Thread thread) { return cuda::ElementwiseIterator{first + thread.x, n}; };
+  if constexpr (launchdetail::takesThreadsItsWay<Functor>) {
+    launchdetail::applyToThreads<Functor>(block, live, iteratorOf, args...);
   } else {
-    block.forEachThread(live, [=](platform::Thread thread) { Functor::apply(iteratorAt(thread), args...); });
+    block.forEachThread(live, [=](platform::Thread thread) { Functor::apply(iteratorOf(thread), args...); });
   }
 }
 

@@ -39,18 +39,10 @@ GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, unsigned lon
   const unsigned int cornerX = block.index().x * block.shape().x;
   const unsigned int cornerY = block.index().y * block.shape().y;
   const launchdetail::Distances first{cornerX + offset.x, cornerY + offset.y, 0};
-  const auto iteratorAt = [=](platform::Thread thread) {
+  const auto iteratorOf = [=](platform::Thread thread) {
     return cuda::Elementwise2DIterator{first.x + thread.x, first.y + thread.y, sizeX, sizeY};
   };
-  if constexpr (launchdetail::listsElements<Functor>) {
-    const platform::Live live{platform::Live::after(first.x, end.x), platform::Live::after(first.y, end.y)};
-    launchdetail::listInBlock<Functor>(block, live, iteratorAt, args...);
-  } else {
-    const auto applyTo = [=](platform::Thread thread, auto... arguments) {
-      Functor::apply(iteratorAt(thread), arguments...);
-    };
-    launchdetail::applyInBox<Functor>(block, first, end, {sizeX, sizeY, 1}, applyTo, args...);
-  }
+  launchdetail::applyInBox<Functor>(block, first, end, {sizeX, sizeY, 1}, iteratorOf, args...);
 }
 
 template <class Functor, class... Args>

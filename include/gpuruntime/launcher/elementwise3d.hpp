@@ -45,12 +45,11 @@ GPURUNTIME_DEVICE void applyInBlock(const platform::Block<>& block, launchdetail
   const unsigned int cornerY = block.index().y * block.shape().y;
   const unsigned int cornerZ = block.index().z * block.shape().z;
   const launchdetail::Distances first{cornerX + offset.x, cornerY + offset.y, cornerZ + offset.z};
-  const auto applyTo = [=](platform::Thread thread, auto... arguments) {
-    Functor::apply(
-        cuda::Elementwise3DIterator{first.x + thread.x, first.y + thread.y, first.z + thread.z, size.x, size.y, size.z},
-        arguments...);
+  const auto iteratorOf = [=](platform::Thread thread) {
+    return cuda::Elementwise3DIterator{
+        first.x + thread.x, first.y + thread.y, first.z + thread.z, size.x, size.y, size.z};
   };
-  launchdetail::applyInBox<Functor>(block, first, end, size, applyTo, args...);
+  launchdetail::applyInBox<Functor>(block, first, end, size, iteratorOf, args...);
 }
 
 template <class Functor, class... Args>

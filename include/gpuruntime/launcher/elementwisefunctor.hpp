@@ -31,6 +31,10 @@ struct RunsWholeBlocks {
   static constexpr unsigned int joinedBlocks = 1;
 };
 
+/// Base of the functors that look up where they read or write: `placeOf(it, args...)` is that place, of which nothing
+/// is written in the launch, and `applyAt(place, it, args...)` does what else `apply(it, args...)` would.
+struct LooksUpPlace {};
+
 }  // namespace gpuruntime::elementwise
 
 namespace gpuruntime::launchdetail {
@@ -38,6 +42,29 @@ namespace gpuruntime::launchdetail {
 template <class Functor>
 inline constexpr bool runsWholeBlocks =
     platform::prefersWholeBlocks&& std::is_base_of_v<elementwise::RunsWholeBlocks, Functor>;
+
+/// A functor that takes the threads of a block in a way of its own.
+template <class Functor>
+inline constexpr bool takesThreadsItsWay =
+    std::is_base_of_v<elementwise::LooksUpPlace, Functor> || std::is_base_of_v<elementwise::ListsElements, Functor>;
+
+/// Runs a functor for the live threads of a block, of which `iteratorOf(thread)` says where they stand.
+template <class Functor, class IteratorOf, class... Args>
+GPURUNTIME_DEVICE void applyToThreads(const platform::Block<>& block, platform::Live live, IteratorOf iteratorOf,
+                                      Args... args) {
+  if constexpr (std::is_base_of_v<elementwise::LooksUpPlace, Functor>) {
+    block.forEachPlace(
+        live, [=](platform::Thread thread) { return Functor::placeOf(iteratorOf(thread), args...); },
+        [=](platform::Thread thread, unsigned long place) { Functor::applyAt(place, iteratorOf(thread), args...); });
+  } else if constexpr (std::is_base_of_v<elementwise::ListsElements, Functor>) {
+    block.forEachListed(
+        live, [=](platform::Thread thread) { return Functor::lists(iteratorOf(thread), args...); },
+        [=](platform::Thread thread) { return Functor::slot(iteratorOf(thread), args...); },
+        [=](platform::Thread thread, unsigned long slot) { Functor::write(iteratorOf(thread), slot, args...); });
+  } else {
+    block.forEachThreadOfBox(live, [=](platform::Thread thread) { Functor::apply(iteratorOf(thread), args...); });
+  }
+}
 
 template <class Functor, class Out, class... Args>
 constexpr unsigned int joinedBlocksFor() {
@@ -48,19 +75,6 @@ constexpr unsigned int joinedBlocksFor() {
   } else {
     return 1;
   }
-}
-
-template <class Functor>
-inline constexpr bool listsElements = std::is_base_of_v<elementwise::ListsElements, Functor>;
-
-/// Runs a functor that lists elements; `iteratorAt(thread)` is where a thread stands.
-template <class Functor, class IteratorAt, class... Args>
-GPURUNTIME_DEVICE void listInBlock(const platform::Block<>& block, platform::Live live, IteratorAt iteratorAt,
-                                   Args... args) {
-  block.forEachListed(
-      live, [=](platform::Thread thread) { return Functor::lists(iteratorAt(thread), args...); },
-      [=](platform::Thread thread) { return Functor::slot(iteratorAt(thread), args...); },
-      [=](platform::Thread thread, unsigned long slot) { Functor::write(iteratorAt(thread), slot, args...); });
 }
 
 /// How many neighbouring blocks of a box a backend may run as one; see platform.hpp.
@@ -85,15 +99,13 @@ GPURUNTIME_DEVICE void runInWindow(const platform::Block<>& block, Distances fir
 }
 
 /// Runs a functor on the part of a box that a block covers in one step: the elements from `first` on, and before `end`,
-/// of a box of `size`. `applyTo(thread, args...)` is its call for a thread.
-template <class Functor, class ApplyTo, class... Args>
+/// of a box of `size`. `iteratorOf(thread)` says where a thread stands.
+template <class Functor, class IteratorOf, class... Args>
 GPURUNTIME_DEVICE void applyInBox(const platform::Block<>& block, Distances first, Distances end, Distances size,
-                                  ApplyTo applyTo, Args... args) {
+                                  IteratorOf iteratorOf, Args... args) {
   const platform::Live live{platform::Live::after(first.x, end.x), platform::Live::after(first.y, end.y),
                             platform::Live::after(first.z, end.z)};
-  const auto run = [=](auto... arguments) {
-    block.forEachThreadOfBox(live, [=](platform::Thread thread) { applyTo(thread, arguments...); });
-  };
+  const auto run = [=](auto... arguments) { applyToThreads<Functor>(block, live, iteratorOf, arguments...); };
   const platform::Extent shape = block.shape();
   using gpucommon::hostDeviceMath::minSizeT;
   [[maybe_unused]] const Distances covered{minSizeT<unsigned long>(live.x, shape.x),

@@ -46,6 +46,14 @@ struct Pack {
   }
 };
 
+namespace detail {
+/// The same value, of which the compiler knows nothing: a loop that it stands in stays one of single elements.
+GPURUNTIME_INLINE unsigned long singly(unsigned long value) {
+  asm("" : "+r"(value));
+  return value;
+}
+}  // namespace detail
+
 /// One block of a launch. X and Y are its shape where the compiler is to know it; X = 0 leaves it to run time.
 template <unsigned int X = 0, unsigned int Y = 1>
 class Block {
@@ -115,6 +123,35 @@ class Block {
         for (ThreadIndex x = 0; x < endX; ++x) {
           GPURUNTIME_UNROLL
           for (ThreadIndex z = 0; z < endZ; ++z) step(Thread{x, y, z, (z * sizeY + y) * sizeX + x});
+        }
+      }
+    }
+  }
+
+  /// forEachThreadOfBox for steps that read or write where `placeOf(thread)` says. Vectors find the places; they would
+  /// gather and scatter slower than single loads and stores do.
+  template <class PlaceOf, class Step>
+  GPURUNTIME_INLINE void forEachPlace(Live live, PlaceOf placeOf, Step step) const {
+    const ThreadIndex sizeX = shape().x, sizeY = shape().y, sizeZ = shape().z;
+    const ThreadIndex endX = live.x < sizeX ? live.x : sizeX;
+    const ThreadIndex endY = live.y < sizeY ? live.y : sizeY;
+    const ThreadIndex endZ = live.z < sizeZ ? live.z : sizeZ;
+    if (checking::enabled || endX < longEnough) {
+      forEachThreadOfBox(live, [&](Thread thread) { step(thread, placeOf(thread)); });
+      return;
+    }
+    unsigned long places[placesAtOnce];
+    for (ThreadIndex z = 0; z < endZ; ++z) {
+      for (ThreadIndex y = 0; y < endY; ++y) {
+        const ThreadIndex lane = (z * sizeY + y) * sizeX;
+        for (ThreadIndex first = 0; first < endX; first += placesAtOnce) {
+          const ThreadIndex count = endX - first < placesAtOnce ? endX - first : placesAtOnce;
+          GPURUNTIME_SIMD
+          for (ThreadIndex x = 0; x < count; ++x) places[x] = placeOf(Thread{first + x, y, z, lane + first + x});
+          GPURUNTIME_UNROLL
+          for (ThreadIndex x = 0; x < count; ++x) {
+            step(Thread{first + x, y, z, lane + first + x}, detail::singly(places[x]));
+          }
         }
       }
     }
@@ -239,6 +276,8 @@ class Block {
     GPURUNTIME_SIMD
     for (ThreadIndex j = 0; j < count; ++j) write(threadAt(listed[j]), slot + j);
   }
+  // So many stay in the first level beside what they lead to.
+  static constexpr ThreadIndex placesAtOnce = 256;
 
   // From here on a vectorised loop along x is faster than one that strides through memory.
   static constexpr ThreadIndex longEnough = 16;

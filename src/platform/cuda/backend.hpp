@@ -127,6 +127,11 @@ class Block {
     forEachThread(step);
   }
 
+  template <class PlaceOf, class Step>
+  __device__ void forEachPlace(Live, PlaceOf placeOf, Step step) const {
+    forEachThread([&](Thread thread) { step(thread, placeOf(thread)); });
+  }
+
   template <class Step>
   __device__ void forEachPack(Live, Step step) const {
     step(Pack{threadIdx.x});
