@@ -27,10 +27,10 @@
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
 ///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
 ///    `block.forEachThreadOfBox(live, step)` is that for blocks of any extent along x.
-///    `block.forEachPlace(live, placeOf, step)` runs `step(thread, placeOf(thread))`, where the place, an `unsigned long`,
-///    says what the step reads or writes, in any order; a backend may find several places before it runs their steps.
-///    `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a matrix, for
-///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
+///    `block.forEachPlace(live, placeOf, step)` runs `step(thread, placeOf(thread))`, where the place, an `unsigned
+///    long`, says what the step reads or writes, in any order; a backend may find several places before it runs their
+///    steps. `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a
+///    matrix, for each thread in order; a backend may share the threads of a launch with few blocks among its cores.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
