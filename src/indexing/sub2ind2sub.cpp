@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "gpucommon/CUDATypes.hpp"
 #include "indexing/subscripts.hpp"
 
 namespace gpuruntime {
@@ -104,7 +103,7 @@ struct Ind2Sub3DKernel : elementwise::WritesOwnElement {
   }
 };
 
-// T is the storage of an element's width: types of one width share a kernel.
+// T is what elements of a width are moved as: types of one width share a kernel.
 template <class T>
 struct SelectFromRowsKernel : WritesUnlessRefused {
   static GPURUNTIME_DEVICE void apply(const cuda::ElementwiseIterator& it, T* output, const T* input,
@@ -131,7 +130,7 @@ template <template <class> class Kernel, class T>
 void select(CUstream_st* stream, unsigned long n, T* output, const T* input, Subscript<const double*> index,
             unsigned long stride) {
   if (!armGuard(stream)) return;
-  using W = gpucommon::StorageOf<T>;
+  using W = MovedAs<T>;
   elementwise::launchWithDeviceFunctor<Kernel<W>>(stream, n, reinterpret_cast<W*>(output),
                                                   reinterpret_cast<const W*>(input), index, stride);
 }

@@ -1,6 +1,5 @@
 #include <gpuruntime/indexing/subsasgn.hpp>
 
-#include "gpucommon/CUDATypes.hpp"
 #include "indexing/subscripts.hpp"
 
 namespace gpuruntime {
@@ -16,7 +15,7 @@ GPURUNTIME_DEVICE T elementOf(T value, unsigned long) {
   return value;
 }
 
-// T is the storage of an element's width: types of one width share a kernel.
+// T is what elements of a width are moved as: types of one width share a kernel.
 template <class T, class V, class I1, class... I>
 struct SubsasgnKernel : LooksUp<I1> {
   template <class Iterator>
@@ -71,7 +70,7 @@ void Subsasgn3D<I1, I2, I3>::Invoker<T>::operator()(CUstream_st* stream, unsigne
                                                     const T* source, unsigned long extent1, unsigned long count1,
                                                     I1 index1, unsigned long extent2, unsigned long count2, I2 index2,
                                                     unsigned long extent3, unsigned long count3, I3 index3) const {
-  using W = gpucommon::StorageOf<T>;
+  using W = MovedAs<T>;
   assign(stream, n, reinterpret_cast<W*>(destination), reinterpret_cast<const W*>(source), extent1, count1, index1,
          extent2, count2, index2, extent3, count3, index3);
 }
@@ -83,9 +82,9 @@ void SubsasgnScalar3D<I1, I2, I3>::Invoker<T>::operator()(CUstream_st* stream, u
                                                           unsigned long extent2, unsigned long count2, I2 index2,
                                                           unsigned long extent3, unsigned long count3,
                                                           I3 index3) const {
-  using W = gpucommon::StorageOf<T>;
-  assign(stream, n, reinterpret_cast<W*>(destination), gpucommon::bitsOf(value), extent1, count1, index1, extent2,
-         count2, index2, extent3, count3, index3);
+  using W = MovedAs<T>;
+  assign(stream, n, reinterpret_cast<W*>(destination), static_cast<W>(gpucommon::bitsOf(value)), extent1, count1,
+         index1, extent2, count2, index2, extent3, count3, index3);
 }
 
 unsigned int SubsasgnGuard::getErrorFlag(CUstream_st* stream) const {

@@ -9,6 +9,7 @@
 
 #include <type_traits>
 
+#include "gpucommon/CUDATypes.hpp"
 #include "gpucommon/hostDeviceCast.hpp"
 #include "indexing/errorword.hpp"
 #include "util/force_instantiate_util.hpp"
@@ -29,6 +30,13 @@ struct LeavesSomeElements {};
 /// Base of the functors that write their own element unless the guard refuses, which takes that promise from them.
 using WritesUnlessRefused =
     std::conditional_t<checksIndices, indexingdetail::LeavesSomeElements, elementwise::WritesOwnElement>;
+
+enum class Byte : unsigned char {};
+
+/// What kernels move elements of T's width as. Single bytes have a type of their own: characters might be parts of a
+/// list, which would then be read anew for every element.
+template <class T>
+using MovedAs = std::conditional_t<sizeof(T) == 1, Byte, gpucommon::StorageOf<T>>;
 
 /// What a subscript of one of the kinds chooses: `at(k)` is its index number k, counted from 0.
 template <class I>

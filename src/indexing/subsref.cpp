@@ -1,12 +1,11 @@
 #include <gpuruntime/indexing/subsref.hpp>
 
-#include "gpucommon/CUDATypes.hpp"
 #include "indexing/subscripts.hpp"
 
 namespace gpuruntime {
 namespace {
 
-// W is the storage of an element's width: types of one width share a kernel.
+// W is what elements of a width are moved as: types of one width share a kernel.
 template <class W, class I1, class... I>
 struct SubsrefKernel : WritesUnlessRefused, LooksUp<I1> {
   template <class Iterator>
@@ -44,7 +43,7 @@ void Subsref3D<I1, I2, I3>::Invoker<T>::operator()(CUstream_st* stream, unsigned
                                                    unsigned long extent2, unsigned long count2, I2 index2,
                                                    unsigned long extent3, unsigned long count3, I3 index3) const {
   if (!armGuard(stream)) return;
-  using W = gpucommon::StorageOf<T>;
+  using W = MovedAs<T>;
   auto* const to = reinterpret_cast<W*>(output);
   const auto* const from = reinterpret_cast<const W*>(input);
   const auto first = subscript(index1, extent1);
