@@ -1,5 +1,5 @@
 # The digest program, held against the committed lines.
-add_executable(digest digest/main.cpp digest/build.cpp digest/complex.cpp digest/elements.cpp digest/elmath.cpp
+add_executable(digest digest/main.cpp digest/build.cpp digest/complex.cpp digest/convolutions.cpp digest/elements.cpp digest/elmath.cpp
   digest/reductions.cpp digest/scans.cpp digest/sorting.cpp)
 target_include_directories(digest PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(digest PRIVATE gpuruntime gpuruntimeRecipes gpuruntimeFlags GTest::gtest)
