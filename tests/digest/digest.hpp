@@ -121,6 +121,7 @@ class Lines {
 // One function a subsystem.
 void addBuild(Lines& lines);
 void addComplex(Lines& lines);
+void addConvolutions(Lines& lines);
 void addElements(Lines& lines);
 void addElmath(Lines& lines);
 void addFilter(Lines& lines);

@@ -85,6 +85,7 @@ int main(int argc, char** argv) {
   digest::Lines run;
   digest::addBuild(run);
   digest::addComplex(run);
+  digest::addConvolutions(run);
   digest::addElements(run);
   digest::addElmath(run);
   digest::addFilter(run);
