@@ -49,7 +49,7 @@ struct FindLocBKernel : BlockFunctor<blockSize> {
     A += it.thread;
     member += it.thread;
 
-    // The lower bound of each A: the first position whose element is not less. It lies in [first, first + remaining].
+    // The first position whose element is not less than A lies in [first, first + remaining), if there is one.
     platform::PerThread<double, blockSize> wanted;
     platform::PerThread<unsigned long, blockSize> first;
     block.forEachThread(live, [&](platform::Thread thread) {
@@ -72,10 +72,6 @@ struct FindLocBKernel : BlockFunctor<blockSize> {
       });
       return;
     }
-    block.forEachThread(live, [&](platform::Thread thread) {
-      const unsigned long at = first[thread], next = at + (inTypeOf<T>(B[at]) < wanted[thread] ? 1 : 0);
-      first[thread] = next < nB ? next : at;
-    });
     block.forEachThread(live, [&](platform::Thread thread) {
       if (!platform::isIdle(thread.x >= threads)) member[thread.x] = inTypeOf<T>(B[first[thread]]) == wanted[thread];
     });

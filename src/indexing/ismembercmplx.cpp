@@ -40,7 +40,8 @@ struct SearchKernel : BlockFunctor<blockSize> {
     const platform::Live live{threads};
     A += it.thread;
 
-    // All threads search at the same time, for the first element that is not less.
+    // All threads search at the same time. The first position whose element is not less than A lies in [first, first +
+    // remaining), if there is one.
     platform::PerThread<Key, blockSize> wantedReal, wantedImaginary;
     platform::PerThread<unsigned long, blockSize> first;
     block.forEachThread(live, [&](platform::Thread thread) {
@@ -65,9 +66,9 @@ struct SearchKernel : BlockFunctor<blockSize> {
       bool found = false;
       double place = 0;
       if (nB > 0 && wantedReal[thread] != 0 && wantedImaginary[thread] != 0) {
-        const unsigned long next = first[thread] + (isLess(thread, first[thread]) ? 1 : 0);
-        found = next < nB && realB[next] == wantedReal[thread] && imaginaryB[next] == wantedImaginary[thread];
-        if (found) place = static_cast<double>(position[next] + 1);
+        const unsigned long at = first[thread];
+        found = realB[at] == wantedReal[thread] && imaginaryB[at] == wantedImaginary[thread];
+        if (found) place = static_cast<double>(position[at] + 1);
       }
       member[it.thread + thread.x] = found;
       if (location != nullptr) location[it.thread + thread.x] = place;

@@ -68,19 +68,23 @@ struct Shape {
 };
 
 enum class Initial { none, shared, perColumn };
+enum class Values { plain, tricky, zeros };
 
 template <class T>
-HostArray<T> randomArray(unsigned long n, unsigned int seed, bool tricky) {
+HostArray<T> randomArray(unsigned long n, unsigned int seed, Values kind = Values::plain) {
   const HostArray<T> values = trickyValues<T>();
   HostArray<T> array(n);
   std::mt19937 engine(seed);
-  const auto part = [&] { return static_cast<gpuruntime::RealOf<T>>(static_cast<int>(engine() % 2001) - 1000) / 1024; };
+  const auto part = [&] {
+    const auto fraction = static_cast<gpuruntime::RealOf<T>>(static_cast<int>(engine() % 2001) - 1000) / 1024;
+    return kind == Values::zeros ? std::copysign(gpuruntime::RealOf<T>(0), fraction) : fraction;
+  };
   for (unsigned long i = 0; i < n; ++i) {
     T value{};
     const auto re = part(), im = part();
     std::memcpy(&value, &re, sizeof re);
     if constexpr (isComplex<T>) value.y = im;
-    array[i] = tricky && engine() % 16 == 0 ? values[engine() % values.size()] : value;
+    array[i] = kind == Values::tricky && engine() % 16 == 0 ? values[engine() % values.size()] : value;
   }
   return array;
 }
@@ -89,8 +93,8 @@ template <class T, int N>
 struct Filter {
   HostArray<T> b, a;
 
-  Filter(unsigned int nb, unsigned int na, bool tricky)
-      : b(randomArray<T>(nb, 1 + N, tricky)), a(randomArray<T>(na, 2 + N, tricky)) {}
+  Filter(unsigned int nb, unsigned int na, Values kind)
+      : b(randomArray<T>(nb, 1 + N, kind)), a(randomArray<T>(na, 2 + N, kind)) {}
 
   /// Filters one column step by step.
   void run(std::vector<T>& z, HostArray<T>& y, const HostArray<T>& x, const Shape& shape, unsigned int page,
@@ -109,10 +113,12 @@ struct Filter {
     }
   }
 
-  void check(const Shape& shape, Initial initial, bool inPlace, bool wantsFinal) const {
+  void check(const Shape& shape, Initial initial, bool inPlace, bool wantsFinal,
+             Values samples = N % 2 == 0 ? Values::tricky : Values::plain) const {
     const unsigned int columns = shape.columns * shape.pages;
-    const HostArray<T> x = randomArray<T>(shape.size(), shape.columns, N % 2 == 0);
-    const HostArray<T> zi = randomArray<T>(initial == Initial::shared ? N : N * columns, 7, false);
+    const HostArray<T> x = randomArray<T>(shape.size(), shape.columns, samples);
+    const HostArray<T> zi = randomArray<T>(initial == Initial::shared ? N : N * columns, 7,
+                                           samples == Values::zeros ? samples : Values::plain);
     const GuardedArray<T> deviceB(b), deviceA(a), deviceX(x, 1), deviceZi(zi, 1);
     GuardedArray<T> y = inPlace ? GuardedArray<T>(x) : GuardedArray<T>(x.size(), 1), zf(N * columns, 1);
     HostArray<T> expected = y.toHost(), expectedStates = zf.toHost();
@@ -151,8 +157,8 @@ void checkOrder() {
                           {40, 1, 3, 1}, {29, 70, 70, 2}, {9, 130, 130, 1}, {7, 65, 100, 1}, {24, 64, 64, 1}};
   unsigned int which = N;
   for (const unsigned int length : {1U, N / 2 + 1U, N + 1U, N + 3U}) {
-    for (const bool tricky : {false, true}) {
-      const Filter<T, N> filter(length, which % 3 == 0 ? 1 : N + 2 - length % 2, tricky);
+    for (const Values kind : {Values::plain, Values::tricky}) {
+      const Filter<T, N> filter(length, which % 3 == 0 ? 1 : N + 2 - length % 2, kind);
       for (const Shape& shape : shapes) {
         filter.check(shape, static_cast<Initial>(which % 3), which % 2 == 0, which % 5 != 0);
         ++which;
@@ -177,7 +183,7 @@ TYPED_TEST(IIRFilterTest, StepsOfEveryOrder) {
 TYPED_TEST(IIRFilterTest, SpecialCoefficients) {
   using T = TypeParam;
   for (const double a0 : {0.0, -0.0, 1.0, 1e-30, 1e30}) {
-    Filter<T, 2> filter(3, 3, false);
+    Filter<T, 2> filter(3, 3, Values::plain);
     const gpuruntime::RealOf<T> part = static_cast<gpuruntime::RealOf<T>>(a0);
     filter.a[0] = T{};
     std::memcpy(&filter.a[0], &part, sizeof part);
@@ -187,11 +193,17 @@ TYPED_TEST(IIRFilterTest, SpecialCoefficients) {
   }
 }
 
+TYPED_TEST(IIRFilterTest, SignsOfZero) {
+  const Filter<TypeParam, 3> filter(4, 4, Values::plain);
+  filter.check({11, 200, 200, 1}, Initial::perColumn, false, true, Values::zeros);
+  filter.check({1, 200, 1, 1}, Initial::perColumn, false, true, Values::zeros);
+}
+
 TYPED_TEST(IIRFilterTest, InPiecesAsAtOnce) {
   using T = TypeParam;
   constexpr unsigned int length = 100, columns = 3;
-  const Filter<T, 4> filter(5, 5, false);
-  const GuardedArray<T> b(filter.b), a(filter.a), x(randomArray<T>(length * columns, 9, false));
+  const Filter<T, 4> filter(5, 5, Values::plain);
+  const GuardedArray<T> b(filter.b), a(filter.a), x(randomArray<T>(length * columns, 9));
   GuardedArray<T> whole(length * columns), pieces(length * columns), states(4 * columns);
   const auto run = [&](T* y, T* zf, const T* from, const T* zi, unsigned int samples) {
     typename gpuruntime::IIRFilter::Invoker<T, mpl_::integral_c<int, 4>>()(nullptr, y, zf, b.data(), a.data(), from, zi,
