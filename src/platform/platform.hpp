@@ -31,7 +31,8 @@
 ///    `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a matrix, for
 ///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
 ///    `block.forEachOfRuns<RUN>(live, step)` runs `step(thread, column, k, e)` for elements e = column * RUN + k below
-///    `live`, RUN for each thread along x, to move them between an array and columns; a backend chooses by which thread.
+///    `live`, RUN for each thread along x, to move them between an array and columns; a backend chooses by which
+///    thread. Where `testsAreCheap` does not hold, a step without tests is worth having for blocks that need none.
 ///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
 ///    each that asks, as the backend likes.
 ///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well

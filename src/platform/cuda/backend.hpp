@@ -306,6 +306,7 @@ inline constexpr unsigned int joinedTiles = 1;
 template <class T>
 inline constexpr unsigned int joinedRuns = 1;
 inline constexpr unsigned int blocksAtOnce = 1;
+inline constexpr bool testsAreCheap = true;
 
 template <class... Args>
 using Kernel = void (*)(Args...);
