@@ -29,20 +29,22 @@
 ///    says beforehand that threads with a coordinate at or above `live` have nothing to do, so that a backend may leave
 ///    them out; inside the step, `isIdle(beyond)` is the bound test for the backend that does not.
 ///    `block.forEachThreadOfBox(live, step)` is that for blocks of any extent along x.
-///    `block.forEachPlace(live, placeOf, step)` runs `step(thread, placeOf(thread))`, where the place, an `unsigned
-///    long`, says what the step reads or writes, in any order; a backend may find several places before it runs their
-///    steps. `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a
-///    matrix, for each thread in order; a backend may share the threads of a launch with few blocks among its cores.
+///    `block.forEachPlace(live, placeOf, step)` runs `step(thread, placeOf(thread))`, where the place, an
+///    `unsigned long`, says what the step reads or writes, in any order; a backend may find several places before it
+///    runs their steps.
+///    `block.forEachRow(live, in, pitch, rows, step)` runs `step(Thread, element, row)` down the rows of a matrix, for
+///    each thread in order; a backend may share the threads of a launch with few blocks among its cores.
 ///    `block.forEachOfRuns<RUN>(live, step)` runs `step(thread, column, k, e)` for elements e = column * RUN + k below
 ///    `live`, RUN for each thread along x, to move them between an array and columns; a backend chooses by which
-///    thread. `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block,
-///    or for each that asks, as the backend likes. `block.forEachListed(live, lists, slotOf, write)` runs
-///    `write(thread, slot)` for each thread for which `lists` holds; of a run of threads along x, these follow one
-///    another in `slotOf`, which a backend may ask of the first. `unrolled<N>(body)` is a loop inside a step, spelled
-///    out. Integer arithmetic that compilers don't vectorise well takes packs of threads: `block.forEachPack(live,
-///    step)` runs `step(Pack)`, in which `LongWords` and `Words` hold a 64-bit and a 32-bit word for each thread,
-///    `pack.threads()` the threads' indices, `widened` and `narrowed` convert, and `mulhilo` multiplies; `+ - ^ & | ~
-///    << >>` work on all words at once.
+///    thread. Where `testsAreCheap` does not hold, a step without tests is worth having for blocks that need none.
+///    `block.findsAny(live, test)` tells whether a test of threads holds for one: for some thread of the block, or for
+///    each that asks, as the backend likes.
+///    `block.forEachListed(live, lists, slotOf, write)` runs `write(thread, slot)` for each thread for which `lists`
+///    holds; of a run of threads along x, these follow one another in `slotOf`, which a backend may ask of the first.
+///    `unrolled<N>(body)` is a loop inside a step, spelled out. Integer arithmetic that compilers don't vectorise well
+///    takes packs of threads: `block.forEachPack(live, step)` runs `step(Pack)`, in which `LongWords` and `Words` hold
+///    a 64-bit and a 32-bit word for each thread, `pack.threads()` the threads' indices, `widened` and `narrowed`
+///    convert, and `mulhilo` multiplies; `+ - ^ & | ~ << >>` work on all words at once.
 /// 6. **State across steps.** `PerThread<T, N>` is one `T` per thread of a block of at most N threads, by `[Thread]`;
 ///    `set(pack, words)` sets those of a pack.
 /// 7. **Outputs, tiles and trees.** `OutputWindow<T, N, PER_THREAD>` is how a block writes elements

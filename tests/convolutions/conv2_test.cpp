@@ -85,7 +85,7 @@ void checkMember(const Member<T>& member) {
   const unsigned long N = member.N, most = gpuruntime::conv::haloOf<T>(N) + 1 - N;
   for (const KernelType type : {KernelTypeColumn, KernelTypeRow}) {
     const bool isColumn = type == KernelTypeColumn;
-    const unsigned long tile = (isColumn ? 32 : 8) * perThread<T>, n = 2 * tile + 7, m = isColumn ? 11 : 35;
+    const unsigned long tile = (isColumn ? 32 : 8) * perThread<T>, n = 2 * tile + 7, m = isColumn ? 11 : 31;
     for (const bool overwrite : {true, false}) {
       SCOPED_TRACE(std::string(isColumn ? "column" : "row") + (overwrite ? ", stored" : ", added"));
       const auto run = [&](const Pass& pass) { check<T>(member, type, overwrite, pass); };

@@ -299,6 +299,10 @@ class Block {
   JoinedLines* joinedLines_;
 };
 
+/// Whether tests of a thread's bounds cost next to nothing. Here a block had best have a step without them for the case
+/// that needs none.
+inline constexpr bool testsAreCheap = false;
+
 /// Blocks whose work is best done at once, if each has little to do. The checking mode runs them one by one.
 inline constexpr unsigned int blocksAtOnce = checking::enabled ? 1 : 16;
 

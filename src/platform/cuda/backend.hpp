@@ -328,6 +328,7 @@ template <class T>
 inline constexpr unsigned int joinedRuns = 1;
 inline constexpr unsigned int blocksAtOnce = 1;
 inline constexpr bool prefersWholeBlocks = false;
+inline constexpr bool testsAreCheap = true;
 
 template <class... Args>
 using Kernel = void (*)(Args...);
