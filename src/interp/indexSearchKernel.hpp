@@ -107,22 +107,25 @@ QuerySearch(double2, unsigned long)->QuerySearch<double2>;
 
 // --- A block at once ---
 
-struct BinRange {
-  unsigned long first;
+/// What is known of the queries of a block before their bins are.
+struct QueryRange {
+  unsigned long first;  ///< Lowest bin of a query within the grid, and the highest.
   unsigned long last;
+  bool isSorted;      ///< In order, so without NaN.
+  bool mayBeOutside;  ///< Some are outside; NaN is not looked at.
 };
 
-/// A range of bins that holds those of all queries within the grid.
+/// The lowest and the highest query, or the ends of the grid where these are closer: side by side, so that a loop over
+/// threads finds them.
 template <class Chunk, class T>
-GPURUNTIME_DEVICE BinRange rangeOfBins(const Chunk& chunk, const T* grid, unsigned long n, const T* queries,
-                                       unsigned long count) {
-  // The extremes: side by side, so that a loop over threads finds them.
-  constexpr unsigned int lanes = 16;
+GPURUNTIME_DEVICE void extremeQueries(const Chunk& chunk, const T* queries, unsigned long count, T& lowest,
+                                      T& highest) {
+  constexpr unsigned int lanes = 32;
   const auto some = chunk.template withShape<lanes>();
   PerThread<T, lanes> low, high;
   some.forEachThread([&](Thread thread) {
-    low[thread] = grid[n - 1];
-    high[thread] = grid[0];
+    low[thread] = lowest;
+    high[thread] = highest;
   });
   for (unsigned long first = 0; first < count; first += lanes) {
     some.forEachThread(Live{count - first}, [&](Thread thread) {
@@ -131,19 +134,71 @@ GPURUNTIME_DEVICE BinRange rangeOfBins(const Chunk& chunk, const T* grid, unsign
       high[thread] = q > high[thread] ? q : high[thread];
     });
   }
-  T lowest = grid[n - 1], highest = grid[0];
   for (unsigned int i = 0; i < lanes; ++i) {
     lowest = low.slots()[i] < lowest ? low.slots()[i] : lowest;
     highest = high.slots()[i] > highest ? high.slots()[i] : highest;
   }
-  // Never NaN, which compares false.
+}
+
+template <class Chunk, class T>
+GPURUNTIME_DEVICE QueryRange rangeOfQueries(const Chunk& chunk, const T* grid, unsigned long n, const T* queries,
+                                            unsigned long count) {
+  const bool isSorted = queries[0] == queries[0] && !chunk.findsAny(Live{count - 1}, [=](Thread thread) {
+    return !(queries[thread.x] <= queries[thread.x + 1]);
+  });
+  T lowest = grid[n - 1], highest = grid[0];
+  if (isSorted) {
+    lowest = queries[0];
+    highest = queries[count - 1];
+  } else {
+    extremeQueries(chunk, queries, count, lowest, highest);
+  }
   const T inverseStep = inverseFirstStep(grid);
   const auto last = static_cast<long long>(lastBin(n));
-  const long long first = findQueryBinIdxInGrid(grid, lowest, n, inverseStep, 0);
-  const long long end = findQueryBinIdxInGrid(grid, highest, n, inverseStep, first);
-  const auto firstBin = static_cast<unsigned long>(first < 0 ? 0 : first);
-  const auto endBin = static_cast<unsigned long>(end < 0 ? (end == BinAboveGrid ? last : 0) : end);
-  return {firstBin, endBin < firstBin ? firstBin : endBin};
+  const long long low = findQueryBinIdxInGrid(grid, lowest, n, inverseStep, 0);
+  const long long high = findQueryBinIdxInGrid(grid, highest, n, inverseStep, low);
+  const auto firstBin = static_cast<unsigned long>(low < 0 ? (low == BinAboveGrid ? last : 0) : low);
+  const auto lastBin = static_cast<unsigned long>(high < 0 ? (high == BinAboveGrid ? last : 0) : high);
+  return {firstBin, lastBin < firstBin ? firstBin : lastBin, isSorted, low < 0 || high < 0};
+}
+
+/// The bins of sorted queries, group by group: each goes on where the one before it ended.
+template <class Chunk, class T>
+GPURUNTIME_DEVICE void mergeBins(const Chunk& chunk, const T* grid, const QueryRange& range, const T* queries,
+                                 unsigned long count, PerThread<long long, Chunk::size>& bins) {
+  constexpr unsigned int lanes = 8;
+  const auto group = chunk.template withShape<lanes>();
+  unsigned long bin = range.first;
+  for (unsigned long first = 0; first < count; first += lanes) {
+    const Live live{count - first};
+    const T highest = queries[count - first < lanes ? count - 1 : first + lanes - 1];
+    PerThread<long long, lanes> found;
+    group.forEachThread([&](Thread thread) { found[thread] = static_cast<long long>(bin); });
+    while (bin < range.last && grid[bin + 1] <= highest) {
+      const T point = grid[++bin];
+      group.forEachThread(live, [&](Thread thread) { found[thread] += queries[first + thread.x] >= point ? 1 : 0; });
+    }
+    group.forEachThread(live, [&](Thread thread) {
+      const platform::ThreadIndex own = first + thread.x;
+      bins[Thread{own, 0, 0, own}] = found[thread];
+    });
+  }
+}
+
+/// The bins of queries by bisection, of all in the same number of steps.
+template <class Chunk, class T>
+GPURUNTIME_DEVICE void bisectBins(const Chunk& chunk, const T* grid, const QueryRange& range, const T* queries,
+                                  unsigned long count, PerThread<long long, Chunk::size>& bins) {
+  const auto first = static_cast<long long>(range.first);
+  chunk.forEachThread(Live{count}, [=, &bins](Thread thread) { bins[thread] = first; });
+  for (unsigned long candidates = range.last - range.first + 1; candidates > 1;) {
+    const auto half = static_cast<long long>(candidates / 2);
+    chunk.forEachThread(Live{count}, [=, &bins](Thread thread) {
+      const long long probe = bins[thread] + half;
+      bins[thread] = grid[probe] <= queries[thread.x] ? probe : bins[thread];
+    });
+    candidates -= static_cast<unsigned long>(half);
+  }
 }
 
 /// Writes the bins that the queries would have if all bins had one width. True if they do have these.
@@ -168,27 +223,17 @@ GPURUNTIME_DEVICE bool guessBins(const Chunk& chunk, const T* grid, unsigned lon
   });
 }
 
-/// The bins of `count` queries, each in the place of its thread.
+/// The bins of `count` queries, each in the place of its thread. True if all are in the grid, but for NaN.
 template <class Chunk, class T>
-GPURUNTIME_DEVICE void findBins(const Chunk& chunk, const T* grid, unsigned long n, const T* queries,
-                                unsigned long count, PerThread<long long, Chunk::size>& bins) {
-  // Queries in order are in few bins. Others may be where they would be in bins of one width.
-  constexpr unsigned long fewBins = 16;
-  const BinRange range = rangeOfBins(chunk, grid, n, queries, count);
-  unsigned long candidates = range.last - range.first + 1;
-  if (candidates <= fewBins || !guessBins(chunk, grid, n, queries, count, bins)) {
-    // Bisection of all queries in the same number of steps.
-    const auto first = static_cast<long long>(range.first);
-    chunk.forEachThread(Live{count}, [=, &bins](Thread thread) { bins[thread] = first; });
-    while (candidates > 1) {
-      const auto half = static_cast<long long>(candidates / 2);
-      chunk.forEachThread(Live{count}, [=, &bins](Thread thread) {
-        const long long probe = bins[thread] + half;
-        bins[thread] = grid[probe] <= queries[thread.x] ? probe : bins[thread];
-      });
-      candidates -= static_cast<unsigned long>(half);
-    }
+GPURUNTIME_DEVICE bool findBins(const Chunk& chunk, const QueryRange& range, const T* grid, unsigned long n,
+                                const T* queries, unsigned long count, PerThread<long long, Chunk::size>& bins) {
+  const unsigned long span = range.last - range.first;
+  if (range.isSorted && span <= 4 * count) {
+    mergeBins(chunk, grid, range, queries, count, bins);
+  } else if (span < 16 || !guessBins(chunk, grid, n, queries, count, bins)) {
+    bisectBins(chunk, grid, range, queries, count, bins);
   }
+  if (range.isSorted && !range.mayBeOutside) return true;
   const T lowest = grid[0], highest = grid[n - 1];
   chunk.forEachThread(Live{count}, [=, &bins](Thread thread) {
     const T q = queries[thread.x];
@@ -196,12 +241,19 @@ GPURUNTIME_DEVICE void findBins(const Chunk& chunk, const T* grid, unsigned long
     const long long notBelow = q < lowest ? static_cast<long long>(BinBelowGrid) : notAbove;
     bins[thread] = q != q ? static_cast<long long>(BinNaNQuery) : notBelow;
   });
+  return !range.mayBeOutside;
 }
 template <class Chunk, class T>
-GPURUNTIME_DEVICE void findBins(const Chunk& chunk, const double2&, unsigned long n, const T* queries,
+GPURUNTIME_DEVICE bool findBins(const Chunk& chunk, const T* grid, unsigned long n, const T* queries,
+                                unsigned long count, PerThread<long long, Chunk::size>& bins) {
+  return findBins(chunk, rangeOfQueries(chunk, grid, n, queries, count), grid, n, queries, count, bins);
+}
+template <class Chunk, class T>
+GPURUNTIME_DEVICE bool findBins(const Chunk& chunk, const double2&, unsigned long n, const T* queries,
                                 unsigned long count, PerThread<long long, Chunk::size>& bins) {
   chunk.forEachThread(Live{count},
                       [=, &bins](Thread thread) { bins[thread] = findQueryBinIdxInColonGrid(queries[thread.x], n); });
+  return !chunk.findsAny(Live{count}, [&bins](Thread thread) { return bins[thread] < 0; });
 }
 
 // --- Tiles in shared storage ---

@@ -74,15 +74,57 @@ struct Interp1DKernel : BlockFunctor<Tile1D<ResT, GridT>::threads> {
     const unsigned long first = it.block * Tile::size;
     const auto live = gpucommon::hostDeviceMath::minSizeT<unsigned long>(Live::after(first, count), Tile::size);
     if (live == 0) return;
-    PerThread<long long, Tile::size> bins;
-    findBins(tile, grid, n, queries + first, live, bins);
+    const QueryRange range = rangeOfQueries(tile, grid, n, queries + first, live);
+    const bool canBePlain = methods.inRange == InterpTypeLinear && !range.mayBeOutside;
     platform::OutputWindow<ResT, Tile::size> window(out, first, live, count);
     ResT* const target = window.pointer() + first;
-    tile.forEachThread(Live{live}, [=, &bins](Thread thread) {
-      const auto place = placeQuery(grid, queries[first + thread.x], bins[thread], n, methods);
-      target[thread.x] = interpolate<ResT>(place, values, extrapolation);
-    });
+    if (range.last - range.first < 2 && canBePlain) {
+      runPlainFirst(tile, Live{live}, target, true, [&](auto isPlain) {
+        if constexpr (isPlain.value) {
+          interpolateInTwoBins(tile, target, grid, values, queries + first, n, live, range.first);
+        } else {
+          interpolateInBins(tile, target, range, false, grid, values, queries + first, n, live, methods, extrapolation);
+        }
+      });
+    } else {
+      interpolateInBins(tile, target, range, canBePlain, grid, values, queries + first, n, live, methods,
+                        extrapolation);
+    }
     window.flush(tile);
+  }
+
+  template <class Block>
+  static GPURUNTIME_DEVICE void interpolateInBins(const Block& tile, ResT* target, const QueryRange& range,
+                                                  bool canBePlain, const GridT* grid, const ValT* values,
+                                                  const GridT* queries, unsigned long n, unsigned long live,
+                                                  Methods methods, ResT extrapolation) {
+    PerThread<long long, Tile::size> bins;
+    findBins(tile, range, grid, n, queries, live, bins);
+    runPlainFirst(tile, Live{live}, target, canBePlain, [&](auto isPlain) {
+      tile.forEachThread(Live{live}, [=, &bins](Thread thread) {
+        const auto place = placeQuery<isPlain.value>(grid, queries[thread.x], bins[thread], n, methods);
+        target[thread.x] = interpolate<ResT, isPlain.value>(place, values, extrapolation);
+      });
+    });
+  }
+
+  /// Plain queries that are all in one bin or in the next, as those of a tile in order often are: nothing is looked up.
+  template <class Block>
+  static GPURUNTIME_DEVICE void interpolateInTwoBins(const Block& tile, ResT* target, const GridT* grid,
+                                                     const ValT* values, const GridT* queries, unsigned long n,
+                                                     unsigned long live, unsigned long bin) {
+    const unsigned long next = bin < lastBin(n) ? bin + 1 : bin;
+    const GridT lower = grid[bin], upper = grid[next];
+    const GridT inverse = GridT(1) / (grid[bin + 1] - lower), nextInverse = GridT(1) / (grid[next + 1] - upper);
+    const ValT values0 = values[bin], values1 = values[bin + 1];
+    const ValT values2 = values[next], values3 = values[next + 1];
+    tile.forEachThread(Live{live}, [=](Thread thread) {
+      const GridT q = queries[thread.x];
+      const bool isNext = q >= upper;
+      const GridT t = (q - (isNext ? upper : lower)) * (isNext ? nextInverse : inverse);
+      target[thread.x] =
+          linearInterpCachedVal<ResT>(chosen(isNext, values2, values0), chosen(isNext, values3, values1), t);
+    });
   }
 
   /// Neighbouring queries, of which the next is often in the same bin: then neither grid nor values are read again.

@@ -56,9 +56,9 @@ struct Places {
   Place<C> of[D];
 };
 
-template <unsigned int D, class C, class V>
+template <bool isPlain = false, unsigned int D, class C, class V>
 GPURUNTIME_DEVICE V interpolateAt(const Places<D, C>& places, const Field<V>& field, const Sizes<D>& strides) {
-  return interpolateNd<D>(places.of, field.values, strides.of, field.extrapolation);
+  return interpolateNd<D, isPlain>(places.of, field.values, strides.of, field.extrapolation);
 }
 
 }  // namespace gpuruntime::interp

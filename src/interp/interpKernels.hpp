@@ -5,6 +5,7 @@
 #include <gpuruntime/interptype.hpp>
 
 #include <cmath>
+#include <type_traits>
 
 #include "gpucommon/ptxmathreal.hpp"
 #include "platform/platform.hpp"
@@ -62,18 +63,22 @@ GPURUNTIME_DEVICE double gridFraction(const double2&, double toLower, double) {
   return toLower;
 }
 
+// Most calls are *plain*: linear, all queries within the grid, no result NaN. Loops over threads are first made for
+// that, with neither choices nor repairs, and then again where a result was NaN.
+
 /// The place of q, of which the bin is known. Without branches: all choices are made of the same reads.
-template <class GridArg, class T>
+template <bool isPlain = false, class GridArg, class T>
 GPURUNTIME_DEVICE Place<CoordinateOf<GridArg>> placeQuery(const GridArg& grid, T q, long long bin, unsigned long n,
                                                           Methods methods) {
   using C = CoordinateOf<GridArg>;
   const unsigned long last = lastBin(n);
-  const bool isInside = static_cast<unsigned long>(bin) <= last;
+  const bool isInside = isPlain || static_cast<unsigned long>(bin) <= last;
   const bool isBelow = bin == BinBelowGrid, isAbove = bin == BinAboveGrid;
   const unsigned long b = isInside ? static_cast<unsigned long>(bin) : (isAbove ? last : 0);
 
   const C at = static_cast<C>(q), left = gridPoint(grid, b), right = gridPoint(grid, b + 1);
   const C toLower = at - left, toUpper = right - at;
+  if constexpr (isPlain) return {b, gridFraction(grid, toLower, right - left), chooseLinear};
   const bool takesUpper = isInside ? !(toUpper > toLower) : isAbove;
 
   const long long inside = methods.inRange, outside = methods.outOfRange;
@@ -126,8 +131,9 @@ GPURUNTIME_DEVICE R missingValue() {
 }
 
 /// The value of a query between two neighbouring values.
-template <class R, class V, class C>
+template <class R, bool isPlain = false, class V, class C>
 GPURUNTIME_DEVICE R interpolateCachedVal(const Place<C>& place, const V& left, const V& right, const R& extrapolation) {
+  if constexpr (isPlain) return linearInterpCachedVal<R>(left, right, place.t);
   using gpucommon::castNumeric;
   const R lo = castNumeric<R>(left), hi = castNumeric<R>(right);
   const R linear = linearInterpCachedVal<R>(left, right, place.t);
@@ -141,26 +147,40 @@ GPURUNTIME_DEVICE R interpolateCachedVal(const Place<C>& place, const V& left, c
 }
 
 /// The value of a query on one line of values.
-template <class R, class V, class C>
+template <class R, bool isPlain = false, class V, class C>
 GPURUNTIME_DEVICE R interpolate(const Place<C>& place, const V* values, const R& extrapolation) {
   const V* const points = values + place.bin;
-  return interpolateCachedVal<R>(place, platform::readOnlyLoad(points), platform::readOnlyLoad(points + 1),
-                                 extrapolation);
+  return interpolateCachedVal<R, isPlain>(place, platform::readOnlyLoad(points), platform::readOnlyLoad(points + 1),
+                                          extrapolation);
 }
 
 /// The value of a query in D dimensions: along dimension D - 1, between the values on two slabs.
-template <unsigned int D, class V, class C>
+template <unsigned int D, bool isPlain = false, class V, class C>
 GPURUNTIME_DEVICE V interpolateNd(const Place<C>* places, const V* values, const unsigned long* strides,
                                   const V& extrapolation) {
   if constexpr (D == 1) {
-    return interpolate<V>(places[0], values, extrapolation);
+    return interpolate<V, isPlain>(places[0], values, extrapolation);
   } else {
     const unsigned long stride = strides[D - 1];
     const V* const slab = values + places[D - 1].bin * stride;
-    const V lower = interpolateNd<D - 1>(places, slab, strides, extrapolation);
-    const V upper = interpolateNd<D - 1>(places, slab + stride, strides, extrapolation);
-    return interpolateCachedVal<V>(places[D - 1], lower, upper, extrapolation);
+    const V lower = interpolateNd<D - 1, isPlain>(places, slab, strides, extrapolation);
+    const V upper = interpolateNd<D - 1, isPlain>(places, slab + stride, strides, extrapolation);
+    return interpolateCachedVal<V, isPlain>(places[D - 1], lower, upper, extrapolation);
   }
+}
+
+/// Runs `run(isPlain)`, which makes `live` results: with true where calls can be plain, and with false where they can't
+/// or a result is NaN.
+template <class Block, class R, class Run>
+GPURUNTIME_DEVICE void runPlainFirst(const Block& block, platform::Live live, const R* results, bool canBePlain,
+                                     Run run) {
+  if (canBePlain) {
+    run(std::true_type());
+    const bool isBroken =
+        block.findsAny(live, [=](platform::Thread thread) { return CUDATraits<R>::isNaN(results[thread.x]); });
+    if (!isBroken) return;
+  }
+  run(std::false_type());
 }
 
 }  // namespace gpuruntime::interp

@@ -69,6 +69,8 @@ class MeshRows {
       t_[thread] = place.t;
       choice_[thread] = place.choice;
     });
+    canBePlain_ = !block.template withShape<width>().findsAny(
+        Live{count}, [this](Thread thread) { return choice_[thread] != chooseLinear; });
   }
 
   /// Writes the selected results from `first` on, `count` of them, of the row at `coordinates`.
@@ -87,8 +89,12 @@ class MeshRows {
     V* const target = window.pointer() + index;
     const V extrapolation = mesh_.field.extrapolation;
     for (const V*& line : corners.of) line += first;
-    row.forEachThread(Live{count}, [=](Thread thread) {
-      target[thread.x] = combined<D - 1, 0>(places, corners, thread.x, extrapolation);
+    bool canBePlain = true;
+    for (unsigned int d = 1; d < D; ++d) canBePlain &= places.of[d].choice == chooseLinear;
+    runPlainFirst(row, Live{count}, target, canBePlain, [&](auto isPlain) {
+      row.forEachThread(Live{count}, [=](Thread thread) {
+        target[thread.x] = combined<isPlain.value, D - 1, 0>(places, corners, thread.x, extrapolation);
+      });
     });
     window.flush(row);
   }
@@ -101,15 +107,16 @@ class MeshRows {
     const V* of[lines];
   };
 
-  template <unsigned int d, unsigned int corner>
+  template <bool isPlain, unsigned int d, unsigned int corner>
   static GPURUNTIME_DEVICE V combined(const Places<D, C>& places, const Corners& corners, unsigned long x,
                                       const V& extrapolation) {
     if constexpr (d == 0) {
       return corners.of[corner][x];
     } else {
-      return interpolateCachedVal<V>(places.of[d], combined<d - 1, corner>(places, corners, x, extrapolation),
-                                     combined<d - 1, corner + (1U << (d - 1))>(places, corners, x, extrapolation),
-                                     extrapolation);
+      constexpr unsigned int other = corner + (1U << (d - 1));
+      return interpolateCachedVal<V, isPlain>(
+          places.of[d], combined<isPlain, d - 1, corner>(places, corners, x, extrapolation),
+          combined<isPlain, d - 1, other>(places, corners, x, extrapolation), extrapolation);
     }
   }
 
@@ -146,9 +153,11 @@ class MeshRows {
     sources_[k] = source;
     PerThread<V, width>& line = lines_[k];
     const V extrapolation = mesh_.field.extrapolation;
-    row.forEachThread(Live{count_}, [=, this, &line](Thread thread) {
-      const Place<C> place{bin_[thread], t_[thread], choice_[thread]};
-      line[thread] = interpolate<V>(place, source, extrapolation);
+    runPlainFirst(row, Live{count_}, line.slots(), canBePlain_, [&](auto isPlain) {
+      row.forEachThread(Live{count_}, [=, this, &line](Thread thread) {
+        const Place<C> place{bin_[thread], t_[thread], choice_[thread]};
+        line[thread] = interpolate<V, isPlain.value>(place, source, extrapolation);
+      });
     });
   }
 
@@ -157,6 +166,7 @@ class MeshRows {
   Sizes<D> strides_;
   unsigned long x_ = 0;
   unsigned long count_ = 0;
+  bool canBePlain_ = false;
   PerThread<unsigned long, width> bin_;
   PerThread<C, width> t_;
   PerThread<long long, width> choice_;

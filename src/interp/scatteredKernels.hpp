@@ -15,12 +15,14 @@ struct Scattered {
   Field<V> field;
 
   /// The value of query i, whose bins are known.
+  template <bool isPlain = false>
   GPURUNTIME_DEVICE V valueOf(unsigned long i, const long long* bins, const Sizes<D>& sizes,
                               const Sizes<D>& strides) const {
     Places<D, C> places;
-    platform::unrolled<D>(
-        [&](auto d) { places.of[d] = placeQuery(grids.of[d], queries.of[d][i], bins[d], sizes.of[d], field.methods); });
-    return interpolateAt(places, field, strides);
+    platform::unrolled<D>([&](auto d) {
+      places.of[d] = placeQuery<isPlain>(grids.of[d], queries.of[d][i], bins[d], sizes.of[d], field.methods);
+    });
+    return interpolateAt<isPlain>(places, field, strides);
   }
 };
 
@@ -40,16 +42,19 @@ GPURUNTIME_DEVICE void interpolateChunk(const Block& block, V* out, const Scatte
                                         unsigned long total) {
   const auto chunk = block.template withShape<SIZE>();
   PerThread<long long, SIZE> bins[D];
+  bool canBePlain = scattered.field.methods.inRange == InterpTypeLinear;
   platform::unrolled<D>([&](auto d) {
-    findBins(chunk, scattered.grids.of[d], sizes.of[d], scattered.queries.of[d] + first, count, bins[d]);
+    canBePlain &= findBins(chunk, scattered.grids.of[d], sizes.of[d], scattered.queries.of[d] + first, count, bins[d]);
   });
   const Sizes<D> strides = sizes.strides();
   platform::OutputWindow<V, SIZE> window(out, first, count, total);
   V* const target = window.pointer() + first;
-  chunk.forEachThread(Live{count}, [=, &bins](Thread thread) {
-    long long own[D];
-    platform::unrolled<D>([&](auto d) { own[d] = bins[d][thread]; });
-    target[thread.x] = scattered.valueOf(first + thread.x, own, sizes, strides);
+  runPlainFirst(chunk, Live{count}, target, canBePlain, [&](auto isPlain) {
+    chunk.forEachThread(Live{count}, [=, &bins](Thread thread) {
+      long long own[D];
+      platform::unrolled<D>([&](auto d) { own[d] = bins[d][thread]; });
+      target[thread.x] = scattered.template valueOf<isPlain.value>(first + thread.x, own, sizes, strides);
+    });
   });
   window.flush(chunk);
 }
