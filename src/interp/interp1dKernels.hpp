@@ -78,17 +78,20 @@ struct Interp1DKernel : BlockFunctor<Tile1D<ResT, GridT>::threads> {
     const bool canBePlain = methods.inRange == InterpTypeLinear && !range.mayBeOutside;
     platform::OutputWindow<ResT, Tile::size> window(out, first, live, count);
     ResT* const target = window.pointer() + first;
-    if (range.last - range.first < 2 && canBePlain) {
+    const auto inBins = [&](bool mayBePlain) {
+      interpolateInBins(tile, target, range, mayBePlain, grid, values, queries + first, n, live, methods,
+                        extrapolation);
+    };
+    if (canBePlain && range.isSorted && range.last - range.first <= live) {
       runPlainFirst(tile, Live{live}, target, true, [&](auto isPlain) {
         if constexpr (isPlain.value) {
-          interpolateInTwoBins(tile, target, grid, values, queries + first, n, live, range.first);
+          interpolateInOrder(tile, target, range, grid, values, queries + first, live);
         } else {
-          interpolateInBins(tile, target, range, false, grid, values, queries + first, n, live, methods, extrapolation);
+          inBins(false);
         }
       });
     } else {
-      interpolateInBins(tile, target, range, canBePlain, grid, values, queries + first, n, live, methods,
-                        extrapolation);
+      inBins(canBePlain);
     }
     window.flush(tile);
   }
@@ -108,23 +111,26 @@ struct Interp1DKernel : BlockFunctor<Tile1D<ResT, GridT>::threads> {
     });
   }
 
-  /// Plain queries that are all in one bin or in the next, as those of a tile in order often are: nothing is looked up.
+  /// Sorted plain queries, bin by bin: nothing is looked up by a query's own bin.
   template <class Block>
-  static GPURUNTIME_DEVICE void interpolateInTwoBins(const Block& tile, ResT* target, const GridT* grid,
-                                                     const ValT* values, const GridT* queries, unsigned long n,
-                                                     unsigned long live, unsigned long bin) {
-    const unsigned long next = bin < lastBin(n) ? bin + 1 : bin;
-    const GridT lower = grid[bin], upper = grid[next];
-    const GridT inverse = GridT(1) / (grid[bin + 1] - lower), nextInverse = GridT(1) / (grid[next + 1] - upper);
-    const ValT values0 = values[bin], values1 = values[bin + 1];
-    const ValT values2 = values[next], values3 = values[next + 1];
-    tile.forEachThread(Live{live}, [=](Thread thread) {
-      const GridT q = queries[thread.x];
-      const bool isNext = q >= upper;
-      const GridT t = (q - (isNext ? upper : lower)) * (isNext ? nextInverse : inverse);
-      target[thread.x] =
-          linearInterpCachedVal<ResT>(chosen(isNext, values2, values0), chosen(isNext, values3, values1), t);
-    });
+  static GPURUNTIME_DEVICE void interpolateInOrder(const Block& tile, ResT* target, const QueryRange& range,
+                                                   const GridT* grid, const ValT* values, const GridT* queries,
+                                                   unsigned long live) {
+    unsigned long first = 0;
+    for (unsigned long bin = range.first; first < live; ++bin) {
+      const GridT lower = grid[bin], upper = grid[bin + 1], inverse = GridT(1) / (upper - lower);
+      const ValT left = values[bin], right = values[bin + 1];
+      unsigned long end = live;
+      if (bin < range.last) {
+        for (end = first; queries[end] < upper;) ++end;
+      }
+      const GridT* const own = queries + first;
+      ResT* const results = target + first;
+      tile.forEachThread(Live{end - first}, [=](Thread thread) {
+        results[thread.x] = linearInterpCachedVal<ResT>(left, right, (own[thread.x] - lower) * inverse);
+      });
+      first = end;
+    }
   }
 
   /// Neighbouring queries, of which the next is often in the same bin: then neither grid nor values are read again.

@@ -46,7 +46,7 @@ Axes<D, const long long*> binsOfDimensions(const long long* bins, const std::vec
 template <unsigned int D, class GridArg, class T, class V>
 class MeshRows {
  public:
-  static constexpr unsigned int width = D <= 3 ? 512 : 256;
+  static constexpr unsigned int width = D == 2 ? 2048 : (D == 3 ? 512 : 256);
   using C = CoordinateOf<GridArg>;
 
   GPURUNTIME_DEVICE MeshRows(const Mesh<D, GridArg, T, V>& mesh, const Sizes<D>& sizes)
@@ -63,7 +63,7 @@ class MeshRows {
     for (unsigned int k = 0; k < lines; ++k) sources_[k] = nullptr;
     const auto& mesh = mesh_;
     const Sizes<D> sizes = sizes_;
-    block.template withShape<width>().forEachThread(Live{count}, [=, this, &mesh](Thread thread) {
+    block.template withShape<width>().forEachThread(Live{count}, [=, &mesh](Thread thread) {
       const Place<C> place = mesh.placeOf(0, x + thread.x, sizes);
       bin_[thread] = place.bin;
       t_[thread] = place.t;
@@ -154,7 +154,7 @@ class MeshRows {
     PerThread<V, width>& line = lines_[k];
     const V extrapolation = mesh_.field.extrapolation;
     runPlainFirst(row, Live{count_}, line.slots(), canBePlain_, [&](auto isPlain) {
-      row.forEachThread(Live{count_}, [=, this, &line](Thread thread) {
+      row.forEachThread(Live{count_}, [=, &line](Thread thread) {
         const Place<C> place{bin_[thread], t_[thread], choice_[thread]};
         line[thread] = interpolate<V, isPlain.value>(place, source, extrapolation);
       });
@@ -194,6 +194,6 @@ GPURUNTIME_DEVICE void interpolateBox(const Block& block, launchdetail::Distance
 }
 
 /// Neighbouring blocks that are done as one, so that rows share lines.
-constexpr unsigned int joinedMeshBlocks = 128;
+constexpr unsigned int joinedMeshBlocks = 256;
 
 }  // namespace gpuruntime::interp

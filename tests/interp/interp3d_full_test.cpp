@@ -26,8 +26,8 @@ struct Interp3dFullTest : ::testing::Test {
 TYPED_TEST_SUITE(Interp3dFullTest, MembersNd);
 
 TYPED_TEST(Interp3dFullTest, FollowsTheRules) {
-  for (const Sizes& sizes : {Sizes{4, 3, 5}, Sizes{2, 2, 2}}) {
-    const typename TestFixture::Grids grids(sizes, false);
+  for (const Sizes& sizes : {Sizes{4, 3, 5}, Sizes{2, 2, 2}, Sizes{5, 30, 4}}) {
+    const typename TestFixture::Grids grids(sizes, false, sizes[0] == 5);
     for (const MethodPair methods : methodPairs) {
       for (const Sizes& querySizes : {Sizes{17, 3, 16}, Sizes{1, 1, 40}, Sizes{520, 3, 3}, Sizes{5, 0, 5}}) {
         grids.checkMesh(querySizes, methods, TestFixture::mesh);

@@ -27,9 +27,11 @@ TYPED_TEST(InterpndCompactQueryColonTest, FollowsTheRulesInOneToFiveDimensions) 
                         {{2, 3, 2, 2, 3}, {7, 4, 5, 3, 5}},
                         {{2, 2, 2, 2, 2}, {4, 0, 4, 4, 4}}};
   unsigned int turn = 0;
-  for (const Case& one : cases) {
-    const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(one.sizes, true);
-    for (int k = 0; k < 3; ++k) grids.checkMesh(one.querySizes, methodPairs[turn++ % 6], mesh);
+  for (const bool isPlain : {false, true}) {
+    for (const Case& one : cases) {
+      const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(one.sizes, true, isPlain);
+      for (int k = 0; k < 3; ++k) grids.checkMesh(one.querySizes, methodPairs[turn++ % 6], mesh);
+    }
   }
 }
 

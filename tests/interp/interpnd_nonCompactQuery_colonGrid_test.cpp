@@ -17,11 +17,13 @@ TYPED_TEST(InterpndNonCompactQueryColonTest, FollowsTheRulesInOneToFiveDimension
              on.methods.outOfRange, on.valueSizes.size());
   };
   unsigned int turn = 0;
-  for (const Sizes& sizes : {Sizes{6}, Sizes{4, 3}, Sizes{3, 2, 4}, Sizes{3, 2, 4, 3}, Sizes{2, 3, 2, 2, 3}}) {
-    const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(sizes, true);
-    for (const unsigned long count : {0UL, 1UL, 255UL, 1281UL}) {
-      grids.checkScattered(count, count % 2 == 0, methodPairs[turn++ % 6], scattered);
-      grids.checkScattered(count, false, methodPairs[turn++ % 6], scattered);
+  for (const bool isPlain : {false, true}) {
+    for (const Sizes& sizes : {Sizes{6}, Sizes{4, 3}, Sizes{3, 2, 4}, Sizes{3, 2, 4, 3}, Sizes{2, 3, 2, 2, 3}}) {
+      const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(sizes, true, isPlain);
+      for (const unsigned long count : {0UL, 1UL, 255UL, 1281UL}) {
+        grids.checkScattered(count, count % 2 == 0, methodPairs[turn++ % 6], scattered);
+        grids.checkScattered(count, false, methodPairs[turn++ % 6], scattered);
+      }
     }
   }
 }

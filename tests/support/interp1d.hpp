@@ -29,12 +29,14 @@ void checkLines(const std::vector<TestGrid<typename Member::GridT>>& grids, Call
   using T = typename Member::GridT;
   using V = typename Member::ValT;
   using R = typename Member::ResT;
-  for (const TestGrid<T>& grid : grids) {
-    const std::vector<V> values = trickyValuesOfGrid<V>(grid.size());
+  for (unsigned long k = 0; k < 2 * grids.size(); ++k) {
+    const TestGrid<T>& grid = grids[k / 2];
+    const bool isPlain = k % 2 == 1;  // Finite values, and queries within the grid alone.
+    const std::vector<V> values = trickyValuesOfGrid<V>(grid.size(), isPlain);
     const GuardedArray<T> points = onDevice(grid.points);
     const GuardedArray<V> valuesOnDevice = onDevice(values);
     for (const unsigned long count : {0UL, 1UL, 9UL, 481UL, 1791UL, 4001UL}) {
-      const std::vector<T> queries = trickyQueries(grid, count, count % 2 == 0 || grid.points[1] > T(1));
+      const std::vector<T> queries = trickyQueries(grid, count, count % 2 == 0 || grid.points[1] > T(1), isPlain);
       const GuardedArray<T> queriesOnDevice = onDevice(queries);
       for (const MethodPair methods : methodPairs) {
         const R extrapolation = extrapolationValue<R>(count % 2 == 1);

@@ -58,8 +58,12 @@ struct ArraysOnDevice {
 template <class T, class V>
 class GridsOnDevice {
  public:
-  GridsOnDevice(const Sizes& sizes, bool isColon)
-      : grids_(gridsOf<T>(sizes, isColon)), sizes_(sizes), values_(trickyValuesOfGrid<V>(product(sizes))) {
+  /// With isPlain, finite values and queries within the grids alone.
+  GridsOnDevice(const Sizes& sizes, bool isColon, bool isPlain = false)
+      : grids_(gridsOf<T>(sizes, isColon)),
+        sizes_(sizes),
+        values_(trickyValuesOfGrid<V>(product(sizes), isPlain)),
+        isPlain_(isPlain) {
     for (const TestGrid<T>& grid : grids_) points_.add(grid.points);
   }
 
@@ -70,7 +74,7 @@ class GridsOnDevice {
     std::vector<long long> bins;
     ArraysOnDevice<T> queriesOnDevice;
     for (unsigned long d = 0; d < grids_.size(); ++d) {
-      queries.push_back(trickyQueries(grids_[d], querySizes[d] + d, d % 2 == 0));
+      queries.push_back(trickyQueries(grids_[d], querySizes[d] + d, d % 2 == 0, isPlain_));
       queries[d].erase(queries[d].begin(), queries[d].begin() + static_cast<long>(d));
       queriesOnDevice.add(queries[d]);
       for (const T q : queries[d]) bins.push_back(grids_[d].bin(q));
@@ -92,7 +96,7 @@ class GridsOnDevice {
     std::vector<std::vector<T>> queries;
     ArraysOnDevice<T> queriesOnDevice;
     for (unsigned long d = 0; d < grids_.size(); ++d) {
-      queries.push_back(trickyQueries(grids_[d], count, isSorted && d == 1));
+      queries.push_back(trickyQueries(grids_[d], count, isSorted && d == 1, isPlain_));
       // Not all of the first ones special at once.
       std::rotate(queries[d].begin(), queries[d].begin() + static_cast<long>(std::min(count, d)), queries[d].end());
       queriesOnDevice.add(queries[d]);
@@ -135,6 +139,7 @@ class GridsOnDevice {
   std::vector<TestGrid<T>> grids_;
   Sizes sizes_;
   std::vector<V> values_;
+  bool isPlain_;
   ArraysOnDevice<T> points_;
 };
 

@@ -68,17 +68,20 @@ TestGrid<T> fullGrid(unsigned long n, Spacing spacing) {
   return grid;
 }
 
-/// Queries on points, around them, halfway, outside, infinite, NaN and in between; then sorted, or not.
+/// Queries on points, around them, halfway, outside, infinite, NaN and in between, or only those within the grid; then
+/// sorted, or not.
 template <class T>
-std::vector<T> trickyQueries(const TestGrid<T>& grid, unsigned long count, bool isSorted) {
+std::vector<T> trickyQueries(const TestGrid<T>& grid, unsigned long count, bool isSorted, bool isInside = false) {
   constexpr T infinity = std::numeric_limits<T>::infinity(), missing = std::numeric_limits<T>::quiet_NaN();
   const T low = grid.points.front(), high = grid.points.back();
   std::vector<T> queries{low, high, -infinity, infinity, missing, low - T(0.75), high + T(1.5), -T(0)};
+  if (isInside) queries.resize(2);
   std::minstd_rand next(7);
   while (queries.size() < count) {
     const unsigned long b = next() % (grid.size() - 1);
     const T left = grid.points[b], right = grid.points[b + 1];
-    switch (next() % 8) {
+    const unsigned int kind = next() % 8;
+    switch (isInside && (kind == 4 || kind == 5) ? 6 : kind) {
       case 0:
         queries.push_back(left);
         break;
@@ -86,7 +89,7 @@ std::vector<T> trickyQueries(const TestGrid<T>& grid, unsigned long count, bool 
         queries.push_back(std::nextafter(right, left));
         break;
       case 2:
-        queries.push_back(std::nextafter(right, infinity));
+        queries.push_back(isInside ? right : std::nextafter(right, infinity));
         break;
       case 3:
         queries.push_back(left + (right - left) / 2);
@@ -105,7 +108,7 @@ std::vector<T> trickyQueries(const TestGrid<T>& grid, unsigned long count, bool 
   // NaN in their midst: a sort by number must not meet them.
   if (isSorted) {
     std::sort(queries.begin(), queries.end(), [](T a, T b) { return a < b || (std::isnan(b) && !std::isnan(a)); });
-    if (count > 40) queries[count / 2] = missing;
+    if (count > 40 && !isInside) queries[count / 2] = missing;
   }
   return queries;
 }
