@@ -45,7 +45,7 @@ HostArray<T> afterPass(HostArray<T> out, const HostArray<T>& in, const HostArray
 
 template <class T>
 void checkPass(const Call<T>& call, unsigned long taps, const Pass& pass, bool special = false) {
-  const auto in = convolutionData<T>(pass.inCount, 1, special);
+  const auto in = convolutionData<T>(pass.inCount + 1, 1, special);  // The last must not count.
   const auto filter = convolutionData<T>(pass.filterStart + taps + 2, 2, special);
   const auto before = convolutionData<T>(pass.outCount, 3);
   const GuardedArray<T> deviceIn(in, 1), deviceFilter(filter, 3);
@@ -71,6 +71,7 @@ void checkMember(const Call<T>& call, unsigned long N) {
     checkPass(call, N, {7, 200, n, 0, 100, 90, overwrite});                             // Begins inside of the section.
     checkPass(call, N, {0, 0, n, 0, 0, 0, overwrite});                                  // No output.
     checkPass(call, N, {0, 2 * tile<T>, 3 * tile<T>, 0, tile<T>, tile<T>, overwrite});  // Whole tiles far inside.
+    checkPass(call, N, {0, tile<T>, 2 * tile<T> - 1, 0, tile<T>, tile<T>, overwrite});  // One that the input ends in.
   }
 }
 
