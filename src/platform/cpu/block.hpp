@@ -240,7 +240,12 @@ class Block {
   // Several rows in one loop over the threads keep what a thread carries along in a register. But memory is read
   // fastest in its own order, so rows that follow one another without a gap are taken one by one, unless they are
   // short.
+  // clang, told that turns of a loop do not depend on each other, mixes up the updates that one turn makes of a pair.
+#if defined(__clang__)
+  static constexpr unsigned int rowsAtOnce = 1;
+#else
   static constexpr unsigned int rowsAtOnce = 8;
+#endif
   static constexpr unsigned long shortRowBytes = 128;
 
   template <class T, class Step>
