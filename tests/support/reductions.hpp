@@ -44,7 +44,8 @@ HostArray<T> summands(unsigned long n) {
     auto* const parts = reinterpret_cast<R*>(array.data());
     std::mt19937_64 next(n);
     for (unsigned long i = 0; i < n * sizeof(T) / sizeof(R); ++i) {
-      const R value = std::ldexp(static_cast<R>(next() % 2000) - 1000, static_cast<int>(next() % 40) - 20);
+      const int exponent = static_cast<int>(next() % 40) - 20;
+      const R value = std::ldexp(static_cast<R>(next() % 2000) - 1000, exponent);
       parts[i] = i / 7 % 4 == 0 ? R(-0.0) : value;
     }
   }

@@ -66,7 +66,11 @@ std::vector<HostArray<T>> sortInputs(unsigned long n) {
     inputs.push_back(input);
   };
   const auto small = [&] { return static_cast<long long>(engine() % 11) - 5; };
-  add([&](unsigned long) { return elementOf<T>(small(), small()); });
+  // Draws stand in statements of their own: the order in which arguments are evaluated is the compiler's.
+  add([&](unsigned long) {
+    const long long im = small(), re = small();
+    return elementOf<T>(re, im);
+  });
   add([&](unsigned long i) { return elementOf<T>(static_cast<long long>(i / 3), 1); });
   add([&](unsigned long i) { return elementOf<T>(static_cast<long long>((n - i) / 3), 1); });
   if constexpr (std::is_integral_v<T>) {
@@ -91,7 +95,8 @@ std::vector<HostArray<T>> sortInputs(unsigned long n) {
         std::memcpy(&value, &bits, sizeof value);
         return value;
       }
-      return std::ldexp(static_cast<R>(engine() % 1000003) - R(500000.5), static_cast<int>(engine() % 80) - 40);
+      const int exponent = static_cast<int>(engine() % 80) - 40;
+      return std::ldexp(static_cast<R>(engine() % 1000003) - R(500000.5), exponent);
     };
     for (const bool withNaN : {false, true}) {
       add([&](unsigned long) {
