@@ -7,6 +7,8 @@ SHELL := /bin/bash
 CUDA_ARCHITECTURE ?= 90
 PREFIX ?= /usr/local
 BENCH_ARGUMENTS ?=
+REPORT_ARGUMENTS ?=
+BACKENDS ?= cpu
 IMAGE ?=
 OUTPUT ?=
 NVCC := $(or $(shell command -v nvcc),$(wildcard /usr/local/cuda/bin/nvcc))
@@ -17,7 +19,7 @@ build = cmake --preset $(1) $(3) && cmake --build --preset $(1) $(2)
 ctest = ctest --preset $(1) --no-tests=error
 sources = git ls-files -co --exclude-standard '*.hpp' '*.cpp'
 
-.PHONY: help demo test test-all bench cuda format tidy check-house exports install check-install offline-bundle \
+.PHONY: help demo test test-all bench report build-time cuda format tidy check-house exports install check-install offline-bundle \
   check-offline-bundle clean
 
 help: ## This list
@@ -55,6 +57,15 @@ bench: ## Runs the benchmarks and prints their table: BENCH_ARGUMENTS=--benchmar
 	    || { cat out/bench/log.txt; exit 1; }; \
 	done
 	@python3 -B scripts/benchtable.py out/bench
+
+report: ## Measures speed beside NumPy, SciPy and std, and writes docs/benchmarks.md: half an hour, on a quiet machine
+	@$(setup) $(cpu_groups) report
+	@$(call build,cpu)
+	@python3 -B scripts/report.py $(REPORT_ARGUMENTS)
+
+build-time: ## Times a full build of the library without the compiler cache, for the report: BACKENDS=cpu
+	@$(setup) build report $(if $(filter cuda,$(BACKENDS)),cuda)
+	@python3 -B scripts/buildtime.py $(BACKENDS)
 
 cuda: ## Compiles and links the cuda backend with its tests and benchmarks: CUDA_ARCHITECTURE=90
 	@$(setup) $(cpu_groups) cuda
