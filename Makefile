@@ -19,8 +19,8 @@ build = cmake --preset $(1) $(3) && cmake --build --preset $(1) $(2)
 ctest = ctest --preset $(1) --no-tests=error
 sources = git ls-files -co --exclude-standard '*.hpp' '*.cpp'
 
-.PHONY: help demo test test-all bench report build-time cuda format tidy check-house exports install check-install offline-bundle \
-  check-offline-bundle clean
+.PHONY: help demo test test-all bench report build-time cuda format tidy check-house exports install check-install \
+  offline-bundle check-offline-bundle clean
 
 help: ## This list
 	@grep -E '^[a-z-]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/:.*## /|/' | awk -F'|' '{printf "make %-22s %s\n", $$1, $$2}'

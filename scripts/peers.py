@@ -27,13 +27,14 @@ import sys
 import time
 
 from benchresults import number, parts, read, seconds, table, tidy
+from reportdata import load_table, telling_cases
 
 for variable in ("OMP_NUM_THREADS", "OPENBLAS_NUM_THREADS", "MKL_NUM_THREADS"):
     os.environ[variable] = "1"
 
 RUNS = 5
-SHORTEST = 0.02  # A run repeats a short call for so long,
-LONGEST_WARM_UP = 0.5  # and the first call of a long one counts as a run.
+SHORTEST = 0.02  # Seconds of a run: it repeats a short call.
+LONGEST = 1.0  # A call that takes longer is made once, unless its case stands for a family in the report.
 BENCHMARKS = pathlib.Path(__file__).resolve().parent.parent / "benchmarks"
 
 
@@ -43,6 +44,16 @@ def need(module):
     except ImportError:
         package = module.split(".")[0]
         sys.exit("%s is missing: install the package python3-%s, or take a Python that has it" % (package, package))
+
+
+def opencv():
+    """OpenCV on one thread, or None: its functions are peers where it is at hand."""
+    try:
+        module = importlib.import_module("cv2")
+    except ImportError:
+        return None
+    module.setNumThreads(1)
+    return module
 
 
 numpy = need("numpy")
@@ -87,7 +98,7 @@ def keep_freed_memory():
         pass
 
 
-def times(call):
+def times(call, stands_for_family):
     """Seconds of each run."""
     def once(turns):
         start = time.perf_counter()
@@ -95,13 +106,16 @@ def times(call):
             call()
         return (time.perf_counter() - start) / turns
     first = once(1)
-    if first > LONGEST_WARM_UP:
+    if first > LONGEST and not stands_for_family:
+        return [first]
+    first = once(1)  # The one before has met new memory.
+    if first >= SHORTEST:
         return [first] + [once(1) for _ in range(RUNS - 1)]
-    turns = max(1, math.ceil(SHORTEST / once(1)))
+    turns = math.ceil(SHORTEST / first)
     return [once(turns) for _ in range(RUNS)]
 
 
-def measured(name, elements, known):
+def measured(name, elements, known, stands_for_family=True):
     """Words and times of each peer of a benchmark. `elements` is how many that one works on, or None if not known;
     `known` keeps the times of calls with a key."""
     function, arguments, others = parts(name)
@@ -114,7 +128,7 @@ def measured(name, elements, known):
             sys.exit("%s works on %d elements, and its peer %s on %d" % (name, elements, words, count))
         del made
         if not key or (words, *key) not in known:
-            known[(words, *key)] = times(call)
+            known[(words, *key)] = times(call, stands_for_family)
         del call  # With its arrays, before the next ones are made.
         yield words, known[(words, *key)]
 
@@ -139,10 +153,10 @@ def main(script):
     keep_freed_memory()
     ours = {name: result for place in options.results for name, result in read(place).items()}
     cores = os.cpu_count()
-    found, known = {}, {}
+    found, known, telling = {}, {}, telling_cases(load_table())
     rows = [("benchmark", "peer", "its minimum", "median", "maximum", "ours", "ratio", "a core")]
     for name in ours or dict.fromkeys(listed(pathlib.Path(script))):
-        for words, spent in measured(name, ours[name].elements if ours else None, known):
+        for words, spent in measured(name, ours[name].elements if ours else None, known, name in telling):
             found.setdefault(name, []).append({"peer": words, "seconds": spent})
             row = [name, words, *map(seconds, (min(spent), statistics.median(spent), max(spent))), "", "", ""]
             if ours:

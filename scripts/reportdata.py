@@ -18,7 +18,7 @@ class Spread:
     """The minimum, median and maximum of some runs."""
 
     def __init__(self, times):
-        self.minimum, self.median, self.maximum = min(times), statistics.median(times), max(times)
+        self.runs, self.minimum, self.median, self.maximum = len(times), min(times), statistics.median(times), max(times)
 
 
 class Case:

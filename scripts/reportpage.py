@@ -174,7 +174,8 @@ def below_section(cases, table):
 HOW = """## How it was measured
 
 - A benchmark calls a family through its public interface and waits for it: at least 5 repetitions of at least 0.05
-  seconds each. A peer's script makes the same work on arrays of the same size right behind it, at least 5 runs as well.
+  seconds each. A peer's script does the same work on arrays of the same size right behind it, in 5 runs of at least 0.02
+  seconds; but a peer that takes more than a second runs once, unless its case stands for a family in the tables above.
 - Our calls use all cores, peers one. *Ratio* is the peer's median by ours; *a core* divides it by the number of our cores.
 - *Of the limit*: bytes read and written, as a fraction of a parallel memcpy (copy), of a parallel memset where nothing
   is read (fill), of a parallel search for a NaN where next to nothing is written (read); or products, as a fraction of a
@@ -205,8 +206,9 @@ def complete(cases, table, facts):
     for subsystem in dict.fromkeys(case.subsystem for case in cases.values() if case.subsystem != "recipes"):
         chosen = [case for case in cases.values() if case.subsystem == subsystem]
         text += ["## %s\n" % subsystem, markdown_table(HEADER, [cells(case) for case in chosen])]
-        peers = [(code(case.name), words, *(seconds(value) for value in (time.minimum, time.median, time.maximum)))
+        peers = [(code(case.name), words, str(time.runs),
+                  *(seconds(value) for value in (time.minimum, time.median, time.maximum)))
                  for case in chosen for words, time in case.peers]
         if peers:
-            text += ["Peers:\n", markdown_table(("case", "peer", "minimum", "median", "maximum"), peers, 2)]
+            text += ["Peers:\n", markdown_table(("case", "peer", "runs", "minimum", "median", "maximum"), peers, 2)]
     return "\n".join(text)

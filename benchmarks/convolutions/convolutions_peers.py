@@ -9,15 +9,10 @@ import pathlib
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from peers import constant, main, need, numpy, peer  # noqa: E402
+from peers import constant, main, need, numpy, opencv, peer  # noqa: E402
 
 ndimage, signal = need("scipy.ndimage"), need("scipy.signal")
-try:
-    import cv2
-    cv2.setNumThreads(1)
-except ImportError:
-    cv2 = None
-
+cv2 = opencv()
 SIDE = constant("side", "convolutions/conv2_bench.cpp")
 
 
@@ -48,7 +43,7 @@ def by_opencv(T, filter):
     if cv2 is None or T not in (numpy.float32, numpy.float64):
         return None
     page, out = random(T, SIDE, SIDE), random(T, SIDE, SIDE)
-    return page.size, lambda: cv2.filter2D(page, -1, filter, out, borderType=cv2.BORDER_CONSTANT)
+    return page.size, lambda: cv2.filter2D(page, -1, filter, dst=out, borderType=cv2.BORDER_CONSTANT)
 
 
 @peer("OpenCV filter2D", "convolutionMatrix")

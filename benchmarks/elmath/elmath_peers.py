@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """NumPy's peers of the benchmarks of elmath, with an output that is there where NumPy takes one. Its casts truncate and
 do not saturate; it divides `float` by `double` in `float`. Its arrays are row-major: dimensions stand the other way
-round, and our lower triangle is its upper one.
+round, and our lower triangle is its upper one. Where OpenCV is at hand, its transposes too, by one thread.
 
 usage: elmath_peers.py [--json FILE] [RESULTS...]
 """
@@ -9,8 +9,9 @@ import pathlib
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from peers import constant, filled, main, numpy, peer  # noqa: E402
+from peers import constant, filled, main, numpy, opencv, peer  # noqa: E402
 
+cv2 = opencv()
 LARGE, SIDE = constant("largeCount", "support/bench.hpp"), constant("largeSide", "support/bench.hpp")
 REPEATED_BYTES = constant("outputBytes", "elmath/repmat_bench.cpp")
 DOUBLE, BOOL = numpy.float64, numpy.bool_
@@ -181,6 +182,18 @@ def turned(dtype, side, view):
 peer("copyto, rot90", "rot90")(lambda T, clockwise: turned(T, SIDE, lambda a: numpy.rot90(a, 1 if clockwise else -1)))
 peer("copyto, transpose", "transpose")(lambda T: turned(T, SIDE, numpy.transpose))
 peer("copyto, transpose", "transposeOfOddSide")(lambda: turned(DOUBLE, SIDE - 1, numpy.transpose))
+
+
+def by_opencv(dtype, function):
+    if cv2 is None or dtype is numpy.complex128:
+        return None
+    array, out = filled(dtype, SIDE, SIDE), filled(dtype, SIDE, SIDE)
+    return SIDE * SIDE, lambda: function(array, out)
+
+
+peer("OpenCV transpose", "transpose")(lambda T: by_opencv(T, lambda array, out: cv2.transpose(array, out)))
+peer("OpenCV rotate", "rot90")(lambda T, clockwise: by_opencv(T, lambda array, out: cv2.rotate(
+    array, cv2.ROTATE_90_COUNTERCLOCKWISE if clockwise else cv2.ROTATE_90_CLOCKWISE, out)))
 
 
 @peer("a[...] = a.T", "transposeInPlace")

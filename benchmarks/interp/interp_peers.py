@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """NumPy's `interp` and SciPy's `RegularGridInterpolator`, `ndimage.map_coordinates` and `ndimage.zoom`, all of order 1,
 on inputs like those of the benchmarks of interp. `map_coordinates` and `zoom` know no grid but 0, 1, 2, ...; `zoom`
-knows no queries but an even mesh.
+knows no queries but an even mesh. Where OpenCV is at hand, its `resize` too, whose pixels have their places in their
+middles, by one thread.
 
 usage: interp_peers.py [--json FILE] [RESULTS...]
 """
@@ -9,9 +10,10 @@ import pathlib
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from peers import constant, filled, main, need, numpy, peer  # noqa: E402
+from peers import constant, filled, main, need, numpy, opencv, peer  # noqa: E402
 
 interpolate, ndimage = need("scipy.interpolate"), need("scipy.ndimage")
+cv2 = opencv()
 LARGE, LINE_QUERIES = constant("largeCount", "support/bench.hpp"), constant("lineQueries", "support/interp.hpp")
 generator = numpy.random.default_rng(1)
 
@@ -110,6 +112,12 @@ def zoomed(dimensions, side, to):
 for name, shape in MESHES.items():
     peer("map_coordinates", name)(lambda *args, shape=shape: mesh_of_coordinates(*shape(*args)))
     peer("zoom", name)(lambda *args, shape=shape: zoomed(*shape(*args)))
+
+
+@peer("OpenCV resize", "resize")
+def by_opencv(to):
+    values, out = generator.random((2048, 2048)), filled(numpy.float64, to, to)
+    return None if cv2 is None else (out.size, lambda: cv2.resize(values, (to, to), out, interpolation=cv2.INTER_LINEAR))
 
 
 @peer("equal, all", "verifyCartesianGrid")

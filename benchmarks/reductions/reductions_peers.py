@@ -13,9 +13,9 @@ from peers import constant, filled, main, numpy, peer  # noqa: E402
 LARGE = constant("largeCount", "support/bench.hpp")
 
 
-def reduced(function, dtype, length, stride=1, **options):
+def reduced(function, element, length, stride=1, **options):
     """The dimensions stand the other way round: NumPy's arrays are row-major."""
-    array = numpy.empty((LARGE // (length * stride), length, stride), dtype)
+    array = numpy.empty((LARGE // (length * stride), length, stride), element)
     array.fill(function is numpy.all)  # So that no element decides.
     return LARGE, lambda: function(array, axis=1, **options)
 

@@ -23,7 +23,7 @@ def runs(name, milliseconds, **counters):
     single = [{"name": name, "run_name": name, "run_type": "iteration", "real_time": time, "time_unit": "ms",
                "items_per_second": 1e3 * 1e6 / time, **counters} for time in milliseconds]
     median = dict(single[0], run_type="aggregate", aggregate_name="median", real_time=sorted(milliseconds)[2])
-    return single + [median]
+    return single + [median, dict(median, aggregate_name="stddev", real_time=0.001)]
 
 
 class Report(unittest.TestCase):
