@@ -15,7 +15,17 @@ TAKES_SIZES = re.compile(r"GPURUNTIME_FAMILY_TAKES_SIZES\(\w+, (\w+), (\w+), [\w
 WORDS = re.compile(r"(?<![\w%`:,] )(?<![\w%`:])(All|Any|Real)(?=:| [a-zT])")
 
 
+def families():
+    headers = (ROOT / "include" / "gpuruntime").glob("*/*.hpp")
+    return set(re.findall(r"FAMILY_TAKES(?:_SIZES)?\((\w+),", "".join(header.read_text("utf-8") for header in headers)))
+
+
 def document(path):
+    names = families()
+
+    def family(match):
+        return "[%s](@ref gpuruntime::%s)" % (2 * match.groups()) if match.group(1) in names else match.group()
+
     def link(match):
         text, place = match.group(1), (path.parent / match.group(2)).resolve()
         if not place.exists() or place.suffix in (".md", ".png"):
@@ -29,6 +39,7 @@ def document(path):
         text = re.sub(r"^# .*", r"\g<0> {#mainpage}", text, count=1)
     pieces = re.split(r"^(```.*?^```$)", text, flags=re.MULTILINE | re.DOTALL)
     pieces[::2] = [re.sub(r"\[([^]\n]+)\]\(([^)#:\n]+)(#[^)\n]*)?\)", link, piece) for piece in pieces[::2]]
+    pieces[::2] = [re.sub(r"(?<![\[`])`(\w+)`(?!`)", family, piece) for piece in pieces[::2]]
     return "".join(pieces)
 
 
