@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Prints a file as the site takes it (docs/Doxyfile): the README as the main page, links of documents to what the site
-has, and in headers the types that a family takes, as the comment of its call.
+has, and in headers the types that a family takes, as the comment of its call, and from a class to its file's comment.
+Lines keep their numbers.
 
 usage: sitefilter.py FILE
 """
@@ -49,6 +50,8 @@ def header(path):
 
     text = TAKES.sub(r"/// \1 is one of gpuruntime::\2.", path.read_text(encoding="utf-8"))
     text = TAKES_SIZES.sub(r"/// The pair of \1 and \2 is one of #GPURUNTIME_\3.", text)
+    if len(re.match(r"(?:///.*\n)*", text).group().splitlines()) > 2:
+        text = re.sub(r"(?<=\n)(///.*)(?=\n(?:template <.*\n)?class \w+ {)", r"\1 @see %s" % path.name, text)
     return re.sub(r"^( *///)(.*)", comment, text, flags=re.MULTILINE)
 
 
