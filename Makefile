@@ -20,7 +20,7 @@ ctest = ctest --preset $(1) --no-tests=error
 sources = git ls-files -co --exclude-standard '*.hpp' '*.cpp'
 
 .PHONY: help demo test test-all bench report build-time cuda format tidy check-house exports install check-install \
-  offline-bundle check-offline-bundle clean
+  offline-bundle check-offline-bundle site clean
 
 help: ## This list
 	@grep -E '^[a-z-]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/:.*## /|/' | awk -F'|' '{printf "make %-22s %s\n", $$1, $$2}'
@@ -105,6 +105,11 @@ offline-bundle: ## Collects the dependencies of a build without a package manage
 check-offline-bundle: offline-bundle ## Builds the cuda backend from the bundle, the system's headers hidden (root)
 	@$(setup) cuda
 	scripts/checkofflinebundle.sh out/offline-bundle
+
+site: ## Makes the site of the documents and the headers, out/site/index.html
+	@$(setup) site
+	@rm -rf out/site && mkdir -p out/site
+	doxygen docs/Doxyfile
 
 clean: ## Removes everything that was built
 	rm -rf out

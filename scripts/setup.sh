@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a group of make targets needs on Debian 12 and Ubuntu 24.04, and says what and why.
 # With everything there it does nothing and says nothing. GPURUNTIME_SKIP_SETUP=1 leaves the machine as it is.
-#   setup.sh GROUP...      groups: build test demo bench report clang cuda check-house tidy
+#   setup.sh GROUP...      groups: build test demo bench report clang cuda check-house tidy site
 set -euo pipefail
 
 if [ "${GPURUNTIME_SKIP_SETUP:-0}" = 1 ]; then exit 0; fi
@@ -60,6 +60,10 @@ for group in "$@"; do
     tidy)
       need clang-tidy "the linter"
       need python3 "runs the linter over all units"
+      ;;
+    site)
+      need doxygen "makes the site of the documents and the headers"
+      need python3 "fits the sources to the site"
       ;;
     *)
       echo "setup: no group is called '$group'." >&2
