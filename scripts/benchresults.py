@@ -40,8 +40,9 @@ def parts(name):
 
 
 def tidy(name):
-    """A benchmark's name with its sizes worked out and without scopes: f<Input::random, (1 << 26)> is f<random, 2^26>."""
-    function, arguments, others = parts(name)
+    """A benchmark's name with its sizes worked out, without scopes and without how it is measured:
+    f<Input::random, (1 << 26)>/real_time is f<random, 2^26>."""
+    function, arguments, others = parts(re.sub(r"/(repeats:\d+|iterations:\d+|real_time|min_time:[\d.]+)(?=/|$)", "", name))
     shown = []
     for argument in arguments:
         value = number(argument)
@@ -85,8 +86,7 @@ def read(place):
         for run in reported:
             if run.get("error_occurred"):
                 sys.exit("%s: %s: %s" % (file, run["name"], run.get("error_message", "failed")))
-            name = re.sub(r"/(repeats:\d+|real_time|min_time:[\d.]+)(?=/|$)", "", run.get("run_name", run["name"]))
-            runs.setdefault(tidy(name), []).append(run)
+            runs.setdefault(tidy(run.get("run_name", run["name"])), []).append(run)
     if not runs:
         sys.exit("%s holds no results" % place)
     return {name: Result(kept) for name, kept in runs.items()}

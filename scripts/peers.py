@@ -139,7 +139,7 @@ def listed(script):
     for program in sorted(folder.glob(script.parent.name + "_*_bench")):
         told = subprocess.run([program, "--benchmark_list_tests"], check=True, capture_output=True, text=True).stdout
         for line in told.splitlines():
-            yield tidy(re.sub(r"/(repeats:\d+|real_time)(?=/|$)", "", line))
+            yield tidy(line)
 
 
 def main(script):

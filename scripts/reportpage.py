@@ -2,9 +2,10 @@
 import statistics
 
 from benchresults import seconds
-from reportdata import Spread, reason
+from reportdata import Spread, reason, telling_cases
 
 HEADER = ("case", "minimum", "median", "maximum", "rate", "of the limit", "best peer", "its median", "ratio", "a core")
+BELOW = ("case", "best peer", "ratio", "a core", "one core", "reason")
 GENERATED = "<!-- Written by `make report`: changes by hand are lost. -->\n"
 
 
@@ -157,18 +158,21 @@ def recipes_section(cases, table):
             + markdown_table(header, rows, last_left=True))
 
 
+def below_rows(cases, table):
+    """Those that are below twice as fast by the core, the slowest first."""
+    return [(code(case.name), case.best[0], times_as_fast(case.ratio), times_as_fast(case.a_core),
+             times_as_fast(case.ratio_alone), reason(case, table))
+            for case in sorted(cases, key=lambda case: case.a_core) if case.a_core < 2]
+
+
 def below_section(cases, table):
-    rows = []
-    for case in sorted(compared(cases), key=lambda case: case.a_core):
-        if case.a_core < 2:
-            rows.append((code(case.name), case.best[0], times_as_fast(case.ratio), times_as_fast(case.a_core),
-                         times_as_fast(case.ratio_alone), reason(case, table)))
-    text = ("## Below 2 times by the core\n\nWhat is below 1 by the core was timed again on one core alone: \"one core\" is "
-            "how many times as fast as the peer that was.\n\n")
-    if not rows:
-        return text.split("\n\n")[0] + "\n\nNone.\n"
-    header = ("case", "best peer", "ratio", "a core", "one core", "reason")
-    return text + markdown_table(header, rows, 2, last_left=True)
+    """Of the cases that stand for a family."""
+    telling = telling_cases(table)
+    rows = below_rows([case for case in compared(cases) if case.name in telling], table)
+    text = ("## Below 2 times by the core\n\nOf the families' cases above; the others stand in "
+            "[benchmarks-all.md](benchmarks-all.md). What is below 1 by the core was timed again on one core alone: "
+            "\"one core\" is how many times as fast as the peer that was.\n\n")
+    return text + (markdown_table(BELOW, rows, 2, last_left=True) if rows else "None.\n")
 
 
 HOW = """## How it was measured
@@ -184,6 +188,8 @@ HOW = """## How it was measured
 - Peers write to arrays that are there, where they take one, and keep the memory that they free. In what their rules
   differ stands in the scripts: `benchmarks/*/*_peers.py`.
 - Of several peers the fastest is shown. Sizes: 2^26 elements, or 8192 x 8192, unless the name says another.
+- A name's last argument, `true` or `false`: with an index (sorts), the whole chain of calls that a caller needs (`find1D`,
+  `isMember2Arg`), clockwise (`rot90`). `double2` as a kind of index is a range, `const double*` a list.
 """
 
 
@@ -211,4 +217,9 @@ def complete(cases, table, facts):
                  for case in chosen for words, time in case.peers]
         if peers:
             text += ["Peers:\n", markdown_table(("case", "peer", "runs", "minimum", "median", "maximum"), peers, 2)]
+    telling = telling_cases(table)
+    rows = below_rows([case for case in compared(cases) if case.name not in telling], table)
+    if rows:
+        text += ["## Below 2 times by the core\n\nThose that do not stand in benchmarks.md.\n",
+                 markdown_table(BELOW, rows, 2, last_left=True)]
     return "\n".join(text)

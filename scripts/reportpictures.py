@@ -1,13 +1,14 @@
 """The pictures of `make report`."""
+import io
 import math
 import re
 
 import matplotlib
+from PIL import Image
 
 matplotlib.use("Agg")
 from matplotlib import pyplot  # noqa: E402
 
-SAVED = {"dpi": 110, "metadata": {"Software": None}}
 COLOURS = ("#4477aa", "#66ccee", "#228833", "#ccbb44", "#ee6677", "#aa3377", "#bb5566", "#004488", "#999933")
 SIZES = (("copySizes", "copy", "GB/s"), ("colonSizes", "Colon", "GB/s"), ("castSizes", "cast to float", "GB/s"),
          ("sumSizes", "sum", "GB/s"), ("cumSumSizes", "cumulative sum", "GB/s"),
@@ -23,14 +24,22 @@ def bars(cases, table):
         for family, names in families.items():
             chosen = [cases[name] for name in names if name in cases and cases[name].peers]
             for case in chosen:
-                label = family if len(chosen) == 1 else "%s  %s" % (family, arguments(case.name))
+                label = family if len(chosen) == 1 else table["labels"].get(case.name) or labelled(family, case.name)
                 yield subsystem, label, case.a_core, colour
 
 
-def arguments(name):
-    """What tells the cases of a family apart."""
+def labelled(family, name):
+    """The family, with what tells its cases apart."""
     inside = re.search(r"<(.*)>", name)
-    return inside.group(1).replace("KernelType", "").replace("x32Generator", "") if inside else name
+    return "%s  %s" % (family, re.sub("KernelType|Generator", "", inside.group(1))) if inside else name
+
+
+def save(figure, file):
+    """With few colours, which makes the file a third as large."""
+    drawn = io.BytesIO()
+    figure.savefig(drawn, dpi=110, metadata={"Software": None})
+    pyplot.close(figure)
+    Image.open(drawn).convert("RGB").quantize(96).save(file, optimize=True)
 
 
 def ratios(cases, table, file):
@@ -57,7 +66,8 @@ def ratios(cases, table, file):
                 axis.barh(place, math.log10(value), color=colour, height=0.72)
                 shown = "%.2f" % value if value < 10 else "%.0f" % value
                 axis.text(math.log10(value) + (0.02 if value >= 1 else -0.02), place, shown, va="center",
-                          ha="left" if value >= 1 else "right", fontsize=6.5)
+                          ha="left" if value >= 1 else "right", fontsize=6.5,
+                          bbox={"facecolor": "white", "edgecolor": "none", "pad": 0.6})
         axis.set_yticks(range(len(part)), labels, fontsize=7)
         for tick, row in zip(axis.get_yticklabels(), part):
             if row[1] is None:
@@ -74,8 +84,7 @@ def ratios(cases, table, file):
             axis.spines[side].set_visible(False)
         axis.tick_params(axis="y", length=0)
     figure.tight_layout()
-    figure.savefig(file, **SAVED)
-    pyplot.close(figure)
+    save(figure, file)
 
 
 def sizes(cases, file):
@@ -86,8 +95,8 @@ def sizes(cases, file):
                         key=lambda point: point[0])
         factor = points[0][1].bytes_per_second * points[0][1].time.median / points[0][0] / 1e9 if (
             points and unit == "GB/s") else 1e-6
-        for label, colour, marker, time in (("gpuruntime", COLOURS[0], "o", lambda case: case.time),
-                                            ("NumPy", COLOURS[4], "s", lambda case: case.best and case.best[1])):
+        for label, colour, marker, time in (("gpuruntime, all cores", COLOURS[0], "o", lambda case: case.time),
+                                            ("NumPy, one core", COLOURS[4], "s", lambda case: case.best and case.best[1])):
             with_time = [(count, time(case)) for count, case in points if time(case)]
             if not with_time:
                 continue
@@ -106,10 +115,11 @@ def sizes(cases, file):
         axis.set_ylabel(unit, fontsize=8)
         axis.tick_params(labelsize=8)
         axis.set_xlabel("elements", fontsize=8)
-    axes.flat[0].legend(fontsize=8)
-    figure.tight_layout()
-    figure.savefig(file, **SAVED)
-    pyplot.close(figure)
+    handles, labels = axes.flat[0].get_legend_handles_labels()
+    if handles:
+        figure.legend(handles, labels, fontsize=9, loc="upper center", ncol=2, frameon=False)
+    figure.tight_layout(rect=(0, 0, 1, 0.96))
+    save(figure, file)
 
 
 def draw(cases, table, folder):
