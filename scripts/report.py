@@ -111,7 +111,7 @@ def main():
         if not programs:
             sys.exit("report: %s holds no such benchmarks: build them first" % options.build)
         results.mkdir(parents=True, exist_ok=True)
-        for old in results.glob("*.json"):
+        for old in filter(pathlib.Path.is_file, results.iterdir()):
             old.unlink()
         facts = reportmachine.collect(options.build, options.build / "benchmarks" / "report_firstcall")
         (results / "facts").write_text(json.dumps(facts))

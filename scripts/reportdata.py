@@ -11,7 +11,7 @@ TABLE = ROOT / "benchmarks" / "report" / "cases.json"
 LIMITS = {"copyFraction": "copy", "fillFraction": "fill", "readFraction": "read", "writtenOfCopy": "copy",
           "fmaFraction": "FMA"}
 NEAR_LIMIT = 0.6
-PEERS, ALONE = ".peers.json", ".alone.json"
+PEERS, ALONE = ".peers", ".alone"  # Beside the JSON file of a program; JSON as well.
 
 
 class Spread:

@@ -41,7 +41,7 @@ class Report(unittest.TestCase):
                    runs("f<double, (1UL << 26)>/repeats:5/real_time", (12, 10, 14, 11, 30), bytes_per_second=8e9,
                         copyFraction=0.8, fmaFraction=0.9),
                    runs("g/repeats:5/real_time", (1, 1, 1, 1, 1)), runs("plain/repeats:5/real_time", (3, 3, 3, 3, 3)))
-        (self.folder / "build_f_bench.peers.json").write_text(json.dumps({
+        (self.folder / ("build_f_bench" + reportdata.PEERS)).write_text(json.dumps({
             "f<double, 2^26>": [{"peer": "slow", "seconds": [0.2]}, {"peer": "quick", "seconds": [0.05, 0.048, 0.9]}],
             "g": [{"peer": "array", "seconds": [0.02]}]}))
         return reportdata.load(self.folder, TABLE)
