@@ -11,7 +11,7 @@ if(GPURUNTIME_EXAMPLES)
   add_test(NAME examples/blur_picture COMMAND blur_picture ${CMAKE_CURRENT_BINARY_DIR}/blurred.png)
   set_tests_properties(examples/blur_picture PROPERTIES PASS_REGULAR_EXPRESSION
     "^41 passes a channel, as the plain sum\n$")
-  foreach(example photograph turn_picture)
+  foreach(example photograph signal turn_picture)
     add_test(NAME examples/${example} COMMAND
       ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/${example}_test.py $<TARGET_FILE:${example}>)
   endforeach()
