@@ -15,4 +15,6 @@ if(GPURUNTIME_EXAMPLES)
     add_test(NAME examples/${example} COMMAND
       ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/${example}_test.py $<TARGET_FILE:${example}>)
   endforeach()
+  add_test(NAME examples/table COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/table_test.py
+    $<TARGET_FILE:table> $<TARGET_FILE:make_table>)
 endif()
