@@ -25,10 +25,10 @@ sources = git ls-files -co --exclude-standard '*.hpp' '*.cpp'
 help: ## This list
 	@grep -E '^[a-z-]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/:.*## /|/' | awk -F'|' '{printf "make %-22s %s\n", $$1, $$2}'
 
-demo: ## Turns a picture: IMAGE=photo.png OUTPUT=out/turned.png, both optional
+demo: ## Takes a photograph through blurs, edges, resizing: IMAGE=photo.png OUTPUT=out/photograph.png, both optional
 	@$(setup) $(cpu_groups)
-	@$(call build,cpu,--target turn_picture)
-	out/cpu/examples/turn_picture --output "$(or $(OUTPUT),out/turned.png)" $(if $(IMAGE),"$(IMAGE)")
+	@$(call build,cpu,--target photograph)
+	out/cpu/examples/photograph --output "$(or $(OUTPUT),out/photograph.png)" $(if $(IMAGE),"$(IMAGE)")
 
 test: ## Builds the cpu backend and runs every test, the digests among them
 	@$(setup) $(cpu_groups)

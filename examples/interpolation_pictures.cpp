@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
   try {
     const examples::PngImage photograph = examples::readPng(argv[1]);
     if (photograph.channels < 3 || photograph.bitDepth != 8 || photograph.width < 48 || photograph.height < 48) {
-      throw examples::PngError("the photograph is to be in colours of 8 bits, 48 pixels wide and high at least");
+      throw examples::FileError("the photograph is to be in colours of 8 bits, 48 pixels wide and high at least");
     }
     examples::writePng(argv[2], curves());
     examples::writePng(argv[3], enlarged(photograph, 48, 460));

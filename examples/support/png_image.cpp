@@ -2,15 +2,12 @@
 
 #include <png.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <csetjmp>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 
 namespace examples {
@@ -161,57 +158,12 @@ class Writer {
   png_infop info_;
 };
 
-std::string quoted(const std::string& path) {
-  return "'" + path + "'";
-}
-
-// A file beside the one that is to be: renamed when it is complete, removed if it comes to nothing.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::string& target) : target_(target), path_(target + ".XXXXXX") {
-    const int descriptor = mkstemp(path_.data());
-    if (descriptor < 0) fail(std::strerror(errno));
-    file_ = fdopen(descriptor, "wb");
-    if (file_ == nullptr) {
-      const int why = errno;
-      ::close(descriptor);
-      std::remove(path_.c_str());
-      fail(std::strerror(why));
-    }
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(descriptor, 0666 & ~mask);
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    if (file_ != nullptr) std::fclose(file_);
-    if (!path_.empty()) std::remove(path_.c_str());
-  }
-
-  std::FILE* file() const { return file_; }
-
-  void finish() {
-    std::FILE* file = file_;
-    file_ = nullptr;
-    if (std::fclose(file) != 0) fail(std::strerror(errno));
-    if (std::rename(path_.c_str(), target_.c_str()) != 0) fail(std::strerror(errno));
-    path_.clear();
-  }
-
-  [[noreturn]] void fail(const char* why) const { throw PngError("cannot write " + quoted(target_) + ": " + why); }
-
- private:
-  std::string target_;
-  std::string path_;
-  std::FILE* file_ = nullptr;
-};
-
 }  // namespace
 
 PngImage readPng(const std::string& path) {
   const File file(std::fopen(path.c_str(), "rb"));
   const auto require = [&path](bool condition, const std::string& why) {
-    if (!condition) throw PngError("cannot read " + quoted(path) + ": " + why);
+    if (!condition) throw FileError("cannot read " + quoted(path) + ": " + why);
   };
   require(file != nullptr, std::strerror(errno));
   unsigned char signature[signatureBytes];
@@ -258,21 +210,15 @@ PngImage readPng(const std::string& path) {
 }
 
 void writePng(const std::string& path, const PngImage& image) {
-  std::string target = path;
-  std::error_code unknown;
-  if (std::filesystem::is_symlink(path, unknown)) {
-    const std::filesystem::path resolved = std::filesystem::canonical(path, unknown);
-    if (!unknown) target = resolved.string();
-  }
-  // To rename over a device would take the device away.
-  if (std::filesystem::exists(target, unknown) && !std::filesystem::is_regular_file(target, unknown)) {
-    throw PngError("cannot write " + quoted(path) + ": it exists and is not a regular file");
-  }
+  OutputFile file(path);
+  writePng(file, image);
+  file.publish();
+}
+
+void writePng(OutputFile& file, const PngImage& image) {
   std::vector<unsigned char> row(image.width * image.channels * (image.bitDepth / 8));
-  TemporaryFile temporary(target);
-  Writer writer(temporary.file());
-  if (!writer.write(image, row.data())) temporary.fail(writer.failure());
-  temporary.finish();
+  Writer writer(file.file());
+  if (!writer.write(image, row.data())) file.fail(writer.failure());
 }
 
 }  // namespace examples

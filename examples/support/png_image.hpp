@@ -2,9 +2,10 @@
 /// PNG files as arrays of samples.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "output_file.hpp"
 
 namespace examples {
 
@@ -21,21 +22,17 @@ struct PngImage {
   unsigned short largestSample() const { return bitDepth == 8 ? 0xFF : 0xFFFF; }
 };
 
-/// What went wrong with a file, in one line.
-class PngError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 /// Reads any PNG file, interlaced or not. A palette is expanded to RGB, grey of less than 8 bits to 8, and a
 /// transparent colour to an alpha channel.
-/// @throws PngError if the file can't be read, is no PNG, is damaged anywhere, or holds more than 2^26 pixels or a side
-/// of more than 65535.
+/// @throws FileError if the file can't be read, is no PNG, is damaged anywhere, or holds more than 2^26 pixels or a
+/// side of more than 65535.
 PngImage readPng(const std::string& path);
 
-/// Writes a PNG file. It appears under its name when it is complete, and replaces a file that was there; on failure
-/// nothing is left, and a file that was there stays.
-/// @throws PngError
+/// Writes a PNG file: it appears as an OutputFile does.
+/// @throws FileError
 void writePng(const std::string& path, const PngImage& image);
+
+/// The same into a file that the caller publishes.
+void writePng(OutputFile& file, const PngImage& image);
 
 }  // namespace examples

@@ -1,4 +1,5 @@
-# The demo, run as a newcomer runs it. Its target is defined later than this, and is known when the build is generated.
+# The examples, run as a newcomer runs them. Targets are defined later than this, and are known when the build is
+# generated.
 if(GPURUNTIME_EXAMPLES)
   find_package(Python3 QUIET COMPONENTS Interpreter)
   if(NOT Python3_FOUND)
@@ -10,6 +11,10 @@ if(GPURUNTIME_EXAMPLES)
   add_test(NAME examples/blur_picture COMMAND blur_picture ${CMAKE_CURRENT_BINARY_DIR}/blurred.png)
   set_tests_properties(examples/blur_picture PROPERTIES PASS_REGULAR_EXPRESSION
     "^41 passes a channel, as the plain sum\n$")
-  add_test(NAME examples/turn_picture
-           COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_LIST_DIR}/turn_picture_test.py $<TARGET_FILE:turn_picture>)
+  foreach(example photograph signal turn_picture)
+    add_test(NAME examples/${example} COMMAND
+      ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/${example}_test.py $<TARGET_FILE:${example}>)
+  endforeach()
+  add_test(NAME examples/table COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/table_test.py
+    $<TARGET_FILE:table> $<TARGET_FILE:make_table>)
 endif()
