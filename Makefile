@@ -7,6 +7,8 @@ SHELL := /bin/bash
 CUDA_ARCHITECTURE ?= 90
 PREFIX ?= /usr/local
 BENCH_ARGUMENTS ?=
+REPORT_ARGUMENTS ?=
+BACKENDS ?= cpu
 IMAGE ?=
 OUTPUT ?=
 NVCC := $(or $(shell command -v nvcc),$(wildcard /usr/local/cuda/bin/nvcc))
@@ -17,8 +19,8 @@ build = cmake --preset $(1) $(3) && cmake --build --preset $(1) $(2)
 ctest = ctest --preset $(1) --no-tests=error
 sources = git ls-files -co --exclude-standard '*.hpp' '*.cpp'
 
-.PHONY: help demo test test-all bench cuda format tidy check-house exports install check-install offline-bundle \
-  check-offline-bundle clean
+.PHONY: help demo test test-all bench report build-time cuda format tidy check-house exports install check-install \
+  offline-bundle check-offline-bundle site clean
 
 help: ## This list
 	@grep -E '^[a-z-]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/:.*## /|/' | awk -F'|' '{printf "make %-22s %s\n", $$1, $$2}'
@@ -55,6 +57,15 @@ bench: ## Runs the benchmarks and prints their table: BENCH_ARGUMENTS=--benchmar
 	    || { cat out/bench/log.txt; exit 1; }; \
 	done
 	@python3 -B scripts/benchtable.py out/bench
+
+report: ## Measures speed beside NumPy, SciPy and std, and writes docs/benchmarks.md: half an hour, on a quiet machine
+	@$(setup) $(cpu_groups) report
+	@$(call build,cpu)
+	@python3 -B scripts/report.py $(REPORT_ARGUMENTS)
+
+build-time: ## Times a full build of the library without the compiler cache, for the report: BACKENDS=cpu
+	@$(setup) build report $(if $(filter cuda,$(BACKENDS)),cuda)
+	@python3 -B scripts/buildtime.py $(BACKENDS)
 
 cuda: ## Compiles and links the cuda backend with its tests and benchmarks: CUDA_ARCHITECTURE=90
 	@$(setup) $(cpu_groups) cuda
@@ -94,6 +105,11 @@ offline-bundle: ## Collects the dependencies of a build without a package manage
 check-offline-bundle: offline-bundle ## Builds the cuda backend from the bundle, the system's headers hidden (root)
 	@$(setup) cuda
 	scripts/checkofflinebundle.sh out/offline-bundle
+
+site: ## Makes the site of the documents and the headers, out/site/index.html
+	@$(setup) site
+	@rm -rf out/site && mkdir -p out/site
+	doxygen docs/Doxyfile
 
 clean: ## Removes everything that was built
 	rm -rf out

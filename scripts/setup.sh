@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a group of make targets needs on Debian 12 and Ubuntu 24.04, and says what and why.
 # With everything there it does nothing and says nothing. GPURUNTIME_SKIP_SETUP=1 leaves the machine as it is.
-#   setup.sh GROUP...      groups: build test demo bench clang cuda check-house tidy
+#   setup.sh GROUP...      groups: build test demo bench report clang cuda check-house tidy site
 set -euo pipefail
 
 if [ "${GPURUNTIME_SKIP_SETUP:-0}" = 1 ]; then exit 0; fi
@@ -37,6 +37,12 @@ for group in "$@"; do
       need libbenchmark-dev "the framework of the benchmarks"
       need python3 "prints the table of results"
       ;;
+    report)
+      need python3-numpy "the peer of most families"
+      need python3-scipy "the peer of convolutions, filters and interpolation"
+      need python3-matplotlib "draws the pictures of the report"
+      need binutils "tells the size of the library"
+      ;;
     clang)
       need clang "the second compiler that results are compared with"
       ;;
@@ -54,6 +60,10 @@ for group in "$@"; do
     tidy)
       need clang-tidy "the linter"
       need python3 "runs the linter over all units"
+      ;;
+    site)
+      need doxygen "makes the site of the documents and the headers"
+      need python3 "fits the sources to the site"
       ;;
     *)
       echo "setup: no group is called '$group'." >&2

@@ -30,6 +30,15 @@ void castBlocks(benchmark::State& state) {
                                                           2000, 1000);
   });
 }
+void castBlocksToComplex(benchmark::State& state) {
+  DeviceArray<double2> source(largeCount);
+  DeviceArray<float2> destination(2 * largeCount);
+  gpuruntime::recipes::fillOnDevice(source.data(), 0x41, source.bytes());
+  measure(state, largeCount, source.bytes(), destination.bytes() / 2, [&] {
+    gpuruntime::CastBlockToComplex::Invoker<float2, double2>()(nullptr, largeCount, destination.data(), source.data(),
+                                                               0, 2000, 1000);
+  });
+}
 GPURUNTIME_BENCHMARK(cast<unsigned char, double>);
 GPURUNTIME_BENCHMARK(cast<short, float>);
 GPURUNTIME_BENCHMARK(cast<double, short>);
@@ -42,5 +51,6 @@ GPURUNTIME_BENCHMARK(cast<unsigned int, float>);
 GPURUNTIME_BENCHMARK(cast<double, double>);
 GPURUNTIME_BENCHMARK(castToBool);
 GPURUNTIME_BENCHMARK(castBlocks);
+GPURUNTIME_BENCHMARK(castBlocksToComplex);
 
 }  // namespace

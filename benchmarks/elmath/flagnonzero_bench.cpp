@@ -15,4 +15,12 @@ void flagNonZero(benchmark::State& state) {
 GPURUNTIME_BENCHMARK(flagNonZero<double>);
 GPURUNTIME_BENCHMARK(flagNonZero<unsigned char>);
 
+void flagNegative(benchmark::State& state) {
+  DeviceArray<double> in(largeCount), out(largeCount);
+  gpuruntime::recipes::fillOnDevice(in.data(), 1, in.bytes());
+  measure(state, largeCount, in.bytes(), out.bytes(),
+          [&] { gpuruntime::FlagNegative::Invoker<double>()(nullptr, out.data(), in.data(), largeCount); });
+}
+GPURUNTIME_BENCHMARK(flagNegative);
+
 }  // namespace

@@ -17,4 +17,12 @@ GPURUNTIME_BENCHMARK(scaleInplace<double>);
 GPURUNTIME_BENCHMARK(scaleInplace<float>);
 GPURUNTIME_BENCHMARK(scaleInplace<double2>);
 
+void scaleByDoubleInplace(benchmark::State& state) {
+  DeviceArray<float> data(largeCount);
+  gpuruntime::recipes::fillOnDevice(data.data(), 0x41, data.bytes());
+  measure(state, largeCount, data.bytes(), data.bytes(),
+          [&] { gpuruntime::ScaleByDoubleInplace::Invoker<float>()(nullptr, data.data(), 1.0, largeCount); });
+}
+GPURUNTIME_BENCHMARK(scaleByDoubleInplace);
+
 }  // namespace

@@ -58,6 +58,17 @@ GPURUNTIME_BENCHMARK_DENSITIES(double, false);
 GPURUNTIME_BENCHMARK_DENSITIES(bool, false);
 GPURUNTIME_BENCHMARK_DENSITIES(double2, false);
 
+void find2D(benchmark::State& state) {
+  constexpr unsigned long numRows = 4096;
+  Sparse<double> data(50);
+  DeviceArray<double> rows(data.found), columns(data.found);
+  measure(state, n, data.input.bytes() + data.prefix.bytes(), rows.bytes() + columns.bytes(), [&] {
+    gpuruntime::Find2D::Invoker<double>()(nullptr, rows.data(), columns.data(), data.input.data(), data.prefix.data(),
+                                          data.found, numRows, n / numRows, FindFirstLast::first);
+  });
+}
+GPURUNTIME_BENCHMARK(find2D);
+
 template <class T, unsigned long ROWS>
 void find2DWithValue(benchmark::State& state) {
   Sparse<T> data(50);

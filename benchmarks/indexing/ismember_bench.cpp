@@ -44,4 +44,14 @@ GPURUNTIME_BENCHMARK(isMember2Arg<double, false>);
 GPURUNTIME_BENCHMARK(isMember2Arg<float, false>);
 GPURUNTIME_BENCHMARK(isMember2Arg<int, false>);
 
+void isMember1Arg(benchmark::State& state) {
+  const DeviceArray<double> A = randomNumbers<double>(queries, 1);
+  DeviceArray<double> B = randomNumbers<double>(values, 2);
+  DeviceArray<bool> member(queries);
+  gpuruntime::SortVector::Invoker<double>()(B.data(), nullptr, values, true);
+  measure(state, queries, A.bytes() + B.bytes(), member.bytes(),
+          [&] { gpuruntime::IsMember1Arg::Invoker<double>()(A.data(), queries, B.data(), values, member.data()); });
+}
+GPURUNTIME_BENCHMARK(isMember1Arg);
+
 }  // namespace

@@ -16,6 +16,28 @@ void sub2ind2D(benchmark::State& state) {
 }
 GPURUNTIME_BENCHMARK(sub2ind2D);
 
+void sub2ind2DChecked(benchmark::State& state) {
+  const DeviceArray<double> subscripts = filledArray<double>(2 * indexCount);
+  DeviceArray<double> linear(indexCount);
+  const double* rows = subscripts.data();
+  measure(state, indexCount, subscripts.bytes(), linear.bytes(), [&] {
+    gpuruntime::Sub2Ind2DChecked::Invoker<double>()(nullptr, indexCount, linear.data(), rows, rows + indexCount, side,
+                                                    side);
+  });
+}
+GPURUNTIME_BENCHMARK(sub2ind2DChecked);
+
+void sub2ind3D(benchmark::State& state) {
+  const DeviceArray<double> subscripts = filledArray<double>(3 * indexCount);
+  DeviceArray<double> linear(indexCount);
+  const double* rows = subscripts.data();
+  measure(state, indexCount, subscripts.bytes(), linear.bytes(), [&] {
+    gpuruntime::Sub2Ind3D::Invoker<double>()(nullptr, indexCount, linear.data(), rows, rows + indexCount,
+                                             rows + 2 * indexCount, side, side);
+  });
+}
+GPURUNTIME_BENCHMARK(sub2ind3D);
+
 void sub2ind3DChecked(benchmark::State& state) {
   const DeviceArray<double> subscripts = filledArray<double>(3 * indexCount);
   DeviceArray<double> linear(indexCount);
@@ -48,8 +70,8 @@ void ind2sub3D(benchmark::State& state) {
 }
 GPURUNTIME_BENCHMARK(ind2sub3D);
 
-template <class T>
-void selectFromRows(benchmark::State& state) {
+template <class Family, class T>
+void select(benchmark::State& state, unsigned long stride) {
   constexpr unsigned long columns = 4;
   const ChosenIndices<const double*> index(columns, Choice::shuffled);
   const DeviceArray<T> matrix = filledArray<T>(columns * indexCount);
@@ -58,10 +80,18 @@ void selectFromRows(benchmark::State& state) {
                                                     indexCount / columns);
   DeviceArray<T> out(indexCount);
   measure(state, indexCount, out.bytes() + indices.bytes(), out.bytes(), [&] {
-    typename gpuruntime::SelectFromRows::Invoker<T>()(nullptr, indexCount, out.data(), matrix.data(), indices.data(),
-                                                      indexCount);
+    typename Family::template Invoker<T>()(nullptr, indexCount, out.data(), matrix.data(), indices.data(), stride);
   });
 }
+template <class T>
+void selectFromRows(benchmark::State& state) {
+  select<gpuruntime::SelectFromRows, T>(state, indexCount);
+}
+template <class T>
+void selectFromColumns(benchmark::State& state) {
+  select<gpuruntime::SelectFromColumns, T>(state, 4);
+}
 GPURUNTIME_BENCHMARK(selectFromRows<double>);
+GPURUNTIME_BENCHMARK(selectFromColumns<double>);
 
 }  // namespace

@@ -21,4 +21,19 @@ void interp2dScattered(benchmark::State& state) {
 GPURUNTIME_BENCHMARK(interp2dScattered<gpuruntime::InterpTypeLinear>);
 GPURUNTIME_BENCHMARK(interp2dScattered<gpuruntime::InterpTypeNearest>);
 
+void interp2dMeshFullGrid(benchmark::State& state) {
+  constexpr unsigned long from = 2048, to = 4096;
+  const DeviceArray<double> grid(stepsBetween(1, from, from)), values = someValues(from * from);
+  std::vector<DeviceArray<double>> queries;
+  for (int d = 0; d < 2; ++d) queries.emplace_back(stepsBetween(1, from, to));
+  const DeviceArray<long long> bins = binsOfMesh(queries, {from, from});
+  DeviceArray<double> out(to * to);
+  measure(state, out.size(), out.bytes(), "writtenOfCopy", copyBandwidth(), [&] {
+    gpuruntime::Interp2d_CompactQuery::Invoker<double, double>()(
+        nullptr, out.data(), grid.data(), grid.data(), values.data(), queries[0].data(), queries[1].data(), bins.data(),
+        {to, to}, {from, from}, 0.0, gpuruntime::InterpTypeLinear, gpuruntime::InterpTypeConstant);
+  });
+}
+GPURUNTIME_BENCHMARK(interp2dMeshFullGrid);
+
 }  // namespace

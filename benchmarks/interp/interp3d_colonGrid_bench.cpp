@@ -19,4 +19,18 @@ void interp3dMesh(benchmark::State& state) {
 }
 GPURUNTIME_BENCHMARK(interp3dMesh);
 
+void interp3dColonGridScattered(benchmark::State& state) {
+  constexpr unsigned long side = 256, count = 1UL << 21;
+  const DeviceArray<double> values = someValues(side * side * side);
+  std::vector<DeviceArray<double>> queries;
+  for (unsigned int d = 0; d < 3; ++d) queries.emplace_back(queriesBetween(1, side, count, Order::shuffled, d + 1));
+  DeviceArray<double> out(count);
+  measure(state, count, 3 * out.bytes(), out.bytes(), [&] {
+    gpuruntime::Interp3d_NonCompactQuery_ColonGrid::Invoker<double, double>()(
+        nullptr, out.data(), values.data(), queries[0].data(), queries[1].data(), queries[2].data(), {side, side, side},
+        count, 0.0, gpuruntime::InterpTypeLinear, gpuruntime::InterpTypeConstant);
+  });
+}
+GPURUNTIME_BENCHMARK(interp3dColonGridScattered);
+
 }  // namespace

@@ -8,7 +8,7 @@ template <class T, unsigned long L>
 void allOfSegments(benchmark::State& state) {
   DeviceArray<T> in(largeCount);
   DeviceArray<bool> out(largeCount / L);
-  gpuruntime::recipes::fillOnDevice(in.data(), 0, in.bytes());
+  gpuruntime::recipes::fillOnDevice(in.data(), 1, in.bytes());
   measureReading(state, largeCount, in.bytes(), out.bytes(),
                  [&] { gpuruntime::All::Invoker<T>()(nullptr, out.data(), in.data(), largeCount, L, 1); });
 }

@@ -43,6 +43,17 @@ GPURUNTIME_BENCHMARK(sumOfColumns<int, 256, 512 * 512>);
 GPURUNTIME_BENCHMARK(sumOfColumns<double, (1 << 24), 4>);
 GPURUNTIME_BENCHMARK(sumOfColumns<double, (1 << 20), 64>);
 
+constexpr unsigned long asDoubleLength = 1UL << 20;
+void sumAsDouble(benchmark::State& state) {
+  DeviceArray<int> in(largeCount);
+  DeviceArray<double> out(largeCount / asDoubleLength);
+  gpuruntime::recipes::fillOnDevice(in.data(), 0, in.bytes());
+  measureReading(state, largeCount, in.bytes(), out.bytes(), [&] {
+    gpuruntime::SumAsDouble::Invoker<int>()(nullptr, out.data(), in.data(), largeCount, asDoubleLength, 1);
+  });
+}
+GPURUNTIME_BENCHMARK(sumAsDouble);
+
 void sumOfOneElement(benchmark::State& state) {
   DeviceArray<double> in(1), out(1);
   gpuruntime::recipes::fillOnDevice(in.data(), 0, in.bytes());

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <algorithm>
+#include <map>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include "support/bench.hpp"
@@ -32,12 +34,15 @@ inline std::vector<double> unevenGrid(unsigned long n) {
   return grid;
 }
 
-/// Queries over [low, high].
-inline std::vector<double> queriesBetween(double low, double high, unsigned long count, Order order,
-                                          unsigned int seed = 1) {
+/// Queries over [low, high], made once: every repetition asks for them anew.
+inline const std::vector<double>& queriesBetween(double low, double high, unsigned long count, Order order,
+                                                 unsigned int seed = 1) {
+  static std::map<std::tuple<double, double, unsigned long, Order, unsigned int>, std::vector<double>> made;
+  std::vector<double>& queries = made[{low, high, count, order, seed}];
+  if (!queries.empty()) return queries;
   std::mt19937_64 engine(seed);
   std::uniform_real_distribution<double> between(low, high);
-  std::vector<double> queries(count);
+  queries.resize(count);
   for (double& query : queries) query = between(engine);
   if (order == Order::sorted) std::sort(queries.begin(), queries.end());
   return queries;

@@ -7,9 +7,9 @@
 ///
 /// **Methods.** Every family takes two, one for queries within the grid and one for those outside of it:
 ///
-///     InterpTypeLinear    within: between the two points of the query's bin. outside: the first or the last bin goes
-///     on InterpTypeNearest   within: the nearer point, the upper one of two as near. outside: the first or the last
-///     value InterpTypeConstant  within: no method. outside: the caller's extrapolation value, every bit of it
+///     InterpTypeLinear     within: between the points of its bin                outside: the first or last bin goes on
+///     InterpTypeNearest    within: the nearer point, the upper of two as near   outside: the first or last value
+///     InterpTypeConstant   within: no method   outside: the caller's extrapolation value, every bit of it
 ///
 /// Others have no meaning and are not checked.
 ///

@@ -154,7 +154,7 @@ struct SegmentedIndexReduceKernel : BlockFunctor<BLOCK_SIZE> {
       keepBetter<Op>(best[thread], bestRow[thread], Value<T>::apply(element), row + 1);
     };
     const unsigned long rows = length < BLOCK_SIZE ? 0 : length / BLOCK_SIZE - 1;
-    block.forEachRow(Live{}, segment + BLOCK_SIZE, BLOCK_SIZE, rows, fold);
+    reductionhelpers::foldRows<Op>(block, Live{}, segment + BLOCK_SIZE, BLOCK_SIZE, rows, best, fold);
     const T* const tail = segment + (rows + 1) * BLOCK_SIZE;
     const unsigned long rest = length < BLOCK_SIZE ? 0 : length % BLOCK_SIZE;
     block.forEachThread(Live{rest}, [&](Thread thread) {
@@ -193,9 +193,10 @@ struct StridedIndexReduceKernel : BlockFunctor<BLOCK_SIZE> {
       best[thread] = Value<T>::apply(columns[thread.x]);
       bestRow[thread] = 0;
     });
-    block.forEachRow(live, columns + S, S, L - 1, [&](Thread thread, const T& element, unsigned long row) {
+    const auto fold = [&](Thread thread, const T& element, unsigned long row) {
       keepBetter<Op>(best[thread], bestRow[thread], Value<T>::apply(element), row + 1);
-    });
+    };
+    reductionhelpers::foldRows<Op>(block, live, columns + S, S, L - 1, best, fold);
     const unsigned long base = idx.group % K * L;
     block.forEachThread(live, [&](Thread thread) {
       if (platform::isIdle(thread.x >= live.x)) return;

@@ -100,7 +100,7 @@ struct SegmentedReduceKernel : BlockFunctor<BLOCK_SIZE> {
       acc[thread] = Op::apply(acc[thread], static_cast<Lane>(Transform::apply(element)));
     };
     const unsigned long rows = length < BLOCK_SIZE ? 0 : length / BLOCK_SIZE - 1;
-    block.forEachRow(Live{}, segment + BLOCK_SIZE, BLOCK_SIZE, rows, fold);
+    reductionhelpers::foldRows<Op>(block, Live{}, segment + BLOCK_SIZE, BLOCK_SIZE, rows, acc, fold);
     const In* const tail = segment + (rows + 1) * BLOCK_SIZE;
     const unsigned long rest = length < BLOCK_SIZE ? 0 : length % BLOCK_SIZE;
     block.forEachThread(Live{rest}, [&](Thread thread) {
@@ -132,9 +132,10 @@ struct StridedReduceKernel : BlockFunctor<BLOCK_SIZE> {
       if (platform::isIdle(thread.x >= live.x)) return;
       acc[thread] = static_cast<Lane>(Transform::apply(columns[thread.x]));
     });
-    block.forEachRow(live, columns + S, S, L - 1, [&](Thread thread, const In& element, unsigned long) {
+    const auto fold = [&](Thread thread, const In& element, unsigned long) {
       acc[thread] = Op::apply(acc[thread], static_cast<Lane>(Transform::apply(element)));
-    });
+    };
+    reductionhelpers::foldRows<Op>(block, live, columns + S, S, L - 1, acc, fold);
     block.forEachThread(live, [&](Thread thread) {
       if (platform::isIdle(thread.x >= live.x)) return;
       results[thread.x] = static_cast<Acc>(acc[thread]);

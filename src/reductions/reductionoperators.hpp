@@ -48,6 +48,31 @@ struct Or {
   }
 };
 
+/// A cheap test for complex elements, whose order takes square roots and angles: what it turns down does not beat
+/// `best`. It compares squares of magnitudes with a bound that is wider than all that rounding can do to either.
+template <class T, bool GREATEST>
+struct Contender {
+  using R = RealOf<T>;
+  static constexpr R infinity = std::numeric_limits<R>::infinity();
+
+  static GPURUNTIME_DEVICE R squareOf(const T& value) { return value.x * value.x + value.y * value.y; }
+
+  /// Beyond every square where that of `best` is NaN, infinite, or so small that squares lose their digits.
+  static GPURUNTIME_DEVICE R boundOf(const T& best) {
+    constexpr R margin = sizeof(R) == 8 ? R(0x1p-40) : R(0x1p-16), least = sizeof(R) == 8 ? R(0x1p-960) : R(0x1p-100);
+    const R square = squareOf(best);
+    const bool isPlain = (square >= least) & (square <= std::numeric_limits<R>::max());
+    return GREATEST ? (isPlain ? square * (1 - margin) : -infinity) : (isPlain ? square * (1 + margin) : infinity);
+  }
+
+  static GPURUNTIME_DEVICE bool mayBeat(const T& element, const T& best, R bound) {
+    using gpucommon::bitsOf;
+    const R square = squareOf(element);
+    const bool isSame = (bitsOf(element.x) == bitsOf(best.x)) & (bitsOf(element.y) == bitsOf(best.y));
+    return !isSame & !(GREATEST ? square < bound : square > bound);
+  }
+};
+
 /// The smaller, or with GREATEST the greater, of two elements, by their order:
 ///
 /// - floating types: by value, NaN behind all others; -0 is smaller than +0 in `apply`, and its equal in `beats`;
@@ -59,7 +84,9 @@ struct Or {
 template <class T, bool GREATEST>
 struct Extreme {
   using R = RealOf<T>;
+  using Contender = reductionoperators::Contender<T, GREATEST>;
   static constexpr bool isComplex = gpucommon::CUDATraits<T>::iscomplex;
+  static constexpr bool hasContenders = isComplex;
   static constexpr bool isFloating = std::is_floating_point_v<R>;
 
   static GPURUNTIME_DEVICE T identity() {

@@ -67,6 +67,38 @@ template <class In, class Acc>
 using LaneOf =
     std::conditional_t<std::is_same_v<Acc, bool> && !std::is_same_v<In, bool>, gpucommon::StorageOf<RealOf<In>>, Acc>;
 
+template <class Op, class = void>
+inline constexpr bool hasContenders = false;
+template <class Op>
+inline constexpr bool hasContenders<Op, std::enable_if_t<Op::hasContenders>> = true;
+
+/// Runs `fold(thread, element, row)` down the rows, as `forEachRow` does. Of an operator with a cheap test for elements
+/// that change nothing, `best`, what a lane carries along, is held against each row first: in an array without a trend
+/// few rows change it.
+template <class Op, class Block, class T, class Lanes, class Fold>
+GPURUNTIME_DEVICE void foldRows(const Block& block, platform::Live live, const T* in, unsigned long pitch,
+                                unsigned long rows, Lanes& best, Fold fold) {
+  if constexpr (hasContenders<Op>) {
+    using Contender = typename Op::Contender;
+    platform::PerThread<RealOf<T>, 256> bound;
+    const auto setBound = [&](platform::Thread thread) { bound[thread] = Contender::boundOf(best[thread]); };
+    block.forEachThread(live, setBound);
+    for (unsigned long row = 0; row < rows; ++row, in += pitch) {
+      const bool changes = block.findsAny(live, [&](platform::Thread thread) {
+        return !platform::isIdle(thread.x >= live.x) && Contender::mayBeat(in[thread.x], best[thread], bound[thread]);
+      });
+      if (!changes) continue;
+      block.forEachThread(live, [&](platform::Thread thread) {
+        if (platform::isIdle(thread.x >= live.x)) return;
+        fold(thread, in[thread.x], row);
+        setBound(thread);
+      });
+    }
+  } else {
+    block.forEachRow(live, in, pitch, rows, fold);
+  }
+}
+
 /// What a lane begins with: the transformed element, or the operator's identity where the segment has none.
 template <class In, class Acc, class Transform, class Op>
 GPURUNTIME_DEVICE Acc getStartingValue(const In* in, unsigned long index, unsigned long end) {

@@ -50,6 +50,21 @@ class Documents(unittest.TestCase):
             rows = set(re.findall(r"^\| `(\w+)` \|", read(document), re.MULTILINE))
             self.assertEqual(sorted(set(names) - rows), [], "without a row in " + document)
 
+    def test_readme_leads_to_every_page(self):
+        linked = set(re.findall(r"\]\((docs/\w+\.md)\)", read("README.md")))
+        self.assertEqual(sorted({"docs/" + page.name for page in (ROOT / "docs").glob("*.md")} - linked), [])
+
+    def test_names_in_prose_are_names_in_the_tree(self):
+        sources = [path for folder in ("include", "src", "tests", "benchmarks", "examples")
+                   for path in (ROOT / folder).rglob("*") if path.suffix in (".hpp", ".cpp", ".py", ".txt", ".cmake")]
+        known = set(re.findall(r"\w+", "\n".join(path.read_text(encoding="utf-8") for path in sources)))
+        for document in [ROOT / "README.md", *(ROOT / "docs").glob("*.md")]:
+            # Every second piece is a program, which names what it defines.
+            pieces = re.split(r"^(```.*?^```)$", document.read_text(encoding="utf-8"), flags=re.MULTILINE | re.DOTALL)
+            names = set(re.findall(r"`(?:\w+::)*([A-Z]\w*[a-z]\w*|[a-z]+[A-Z]\w*)[`:<(]", "".join(pieces[::2])))
+            with self.subTest(document.name):
+                self.assertEqual(sorted(names - known - set(re.findall(r"\w+", "".join(pieces[1::2])))), [])
+
     def test_links_lead_to_files(self):
         for document in [ROOT / "README.md", *(ROOT / "docs").rglob("*.md")]:
             prose = re.sub(r"^```.*?^```$", "", document.read_text(encoding="utf-8"), flags=re.MULTILINE | re.DOTALL)

@@ -1,9 +1,10 @@
-// A caller that leaves device memory to the recipes: the same source for any backend.
+// A caller that leaves device memory and chains of calls to the recipes: the same source for any backend.
 #include <gpuruntime/gpuruntime.hpp>
-#include <gpuruntime/recipes/device_array.hpp>
+#include <gpuruntime/recipes/recipes.hpp>
 
 int main() {
-  gpuruntime::recipes::DeviceArray<int> numbers(4);
+  gpuruntime::recipes::DeviceArray<int> numbers(4), total(1);
   gpuruntime::IntColon::Invoker<int>()(nullptr, 4, numbers.data(), 1, 2);
-  return numbers.toHost()[3] == 7 ? 0 : 1;
+  gpuruntime::recipes::sum<int>(nullptr, total, numbers);
+  return total.toHost()[0] == 16 ? 0 : 1;
 }

@@ -8,8 +8,6 @@ using namespace testsupport;
 
 template <class Member>
 struct Interp3dColonGridTest : ::testing::Test {
-  using Grids = GridsOnDevice<typename Member::GridT, typename Member::ValT>;
-
   static constexpr auto mesh = [](auto* out, const auto& on, const auto& queries, const long long* bins,
                                   const Sizes& sizes) {
     using Family = typename Member::template Of<gpuruntime::Interp3d_CompactQuery_ColonGrid>;
@@ -26,18 +24,7 @@ struct Interp3dColonGridTest : ::testing::Test {
 TYPED_TEST_SUITE(Interp3dColonGridTest, MembersNd);
 
 TYPED_TEST(Interp3dColonGridTest, FollowsTheRules) {
-  for (const Sizes& sizes : {Sizes{4, 3, 5}, Sizes{2, 2, 2}, Sizes{5, 30, 4}}) {
-    const typename TestFixture::Grids grids(sizes, true, sizes[0] == 5);
-    for (const MethodPair methods : methodPairs) {
-      for (const Sizes& querySizes : {Sizes{17, 3, 16}, Sizes{1, 1, 40}, Sizes{520, 3, 3}, Sizes{5, 0, 5}}) {
-        grids.checkMesh(querySizes, methods, TestFixture::mesh);
-      }
-      for (const unsigned long count : {0UL, 1UL, 1281UL}) {
-        grids.checkScattered(count, true, methods, TestFixture::scattered);
-        grids.checkScattered(count, false, methods, TestFixture::scattered);
-      }
-    }
-  }
+  checkThreeDimensions<TypeParam>(true, TestFixture::mesh, TestFixture::scattered);
 }
 
 struct Interp3dColonGridFailureTest : DeviceModelTest {};

@@ -16,23 +16,7 @@ TYPED_TEST(InterpndCompactQueryColonTest, FollowsTheRulesInOneToFiveDimensions) 
     Family()(nullptr, out, on.values, queries, bins, sizes, on.valueSizes, on.extrapolation, on.methods.inRange,
              on.methods.outOfRange, on.valueSizes.size());
   };
-  struct Case {
-    Sizes sizes, querySizes;
-  };
-  const Case cases[] = {{{6}, {300}},
-                        {{4, 3}, {17, 9}},
-                        {{3, 2, 4}, {17, 1, 9}},
-                        {{3, 2, 4, 3}, {17, 1, 3, 2}},
-                        {{4, 3, 2, 2}, {300, 3, 2, 3}},
-                        {{2, 3, 2, 2, 3}, {7, 4, 5, 3, 5}},
-                        {{2, 2, 2, 2, 2}, {4, 0, 4, 4, 4}}};
-  unsigned int turn = 0;
-  for (const bool isPlain : {false, true}) {
-    for (const Case& one : cases) {
-      const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(one.sizes, true, isPlain);
-      for (int k = 0; k < 3; ++k) grids.checkMesh(one.querySizes, methodPairs[turn++ % 6], mesh);
-    }
-  }
+  checkMeshesOfAllRanks<TypeParam>(true, mesh);
 }
 
 struct InterpndCompactQueryColonFailureTest : DeviceModelTest {};

@@ -16,16 +16,7 @@ TYPED_TEST(InterpndNonCompactQueryFullTest, FollowsTheRulesInOneToFiveDimensions
     Family()(nullptr, out, on.grids, on.values, queries, on.valueSizes, sizes[0], on.extrapolation, on.methods.inRange,
              on.methods.outOfRange, on.valueSizes.size());
   };
-  unsigned int turn = 0;
-  for (const bool isPlain : {false, true}) {
-    for (const Sizes& sizes : {Sizes{6}, Sizes{4, 3}, Sizes{3, 2, 4}, Sizes{3, 2, 4, 3}, Sizes{2, 3, 2, 2, 3}}) {
-      const GridsOnDevice<typename TypeParam::GridT, typename TypeParam::ValT> grids(sizes, false, isPlain);
-      for (const unsigned long count : {0UL, 1UL, 255UL, 1281UL}) {
-        grids.checkScattered(count, count % 2 == 0, methodPairs[turn++ % 6], scattered);
-        grids.checkScattered(count, false, methodPairs[turn++ % 6], scattered);
-      }
-    }
-  }
+  checkScatteredOfAllRanks<TypeParam>(false, scattered);
 }
 
 struct InterpndNonCompactQueryFullFailureTest : DeviceModelTest {};

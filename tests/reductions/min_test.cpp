@@ -14,4 +14,13 @@ TYPED_TEST(MinTest, FindsTheFirstOfTheBest) {
   }
 }
 
+TYPED_TEST(MinTest, TellsNearlyEqualMagnitudesApart) {
+  if constexpr (isComplex<TypeParam>) {
+    for (const Shape& shape : {Shape{40000, 20000, 1}, Shape{60000, 100, 300}}) {
+      expectExtremes<gpuruntime::Min, gpuruntime::MinWithIndex, false, TypeParam>(shape, 1,
+                                                                                  nearlyEqual<TypeParam>(shape.N));
+    }
+  }
+}
+
 }  // namespace

@@ -65,11 +65,27 @@ HostArray<T> candidates(unsigned long n) {
   return array;
 }
 
-/// Holds both families of one direction against the rules, over shapes and chunks.
+/// Complex elements of 64 nearly equal magnitudes, which differ by more than roundings alone, each at an angle of its
+/// own; in runs of several scales, some with squares outside of the range of the type.
+template <class T>
+HostArray<T> nearlyEqual(unsigned long n) {
+  using R = gpuruntime::RealOf<T>;
+  const int far = std::numeric_limits<R>::max_exponent - 2, near = sizeof(R) == 8 ? -45 : -18;
+  const int exponents[] = {0, 3, far / 2 - 1, far / 2 + 2, far, 2, -2, -far / 2 - 20, 20 - far, 0};
+  HostArray<T> array(n);
+  std::mt19937_64 next(n);
+  for (unsigned long i = 0; i < n; ++i) {
+    const int k = static_cast<int>(next() % 64);
+    const double size = std::ldexp(1 + k * std::ldexp(1.0, near), exponents[i * 10 / n]);
+    array[i] = T{static_cast<R>(std::cos(k) * size), static_cast<R>(std::sin(k) * size)};
+  }
+  return array;
+}
+
+/// Holds both families of one direction against the rules.
 template <class Plain, class WithIndex, bool GREATEST, class T>
-void expectExtremes(const Shape& shape, unsigned long K) {
+void expectExtremes(const Shape& shape, unsigned long K, const HostArray<T>& in) {
   const auto [N, L, S] = shape;
-  const HostArray<T> in = candidates<T>(N);
   const auto pick = [](const Place<T>& a, const Place<T>& b) {
     const bool stays = a.index < b.index ? !isBetter<GREATEST>(b.value, a.value) : isBetter<GREATEST>(a.value, b.value);
     return stays ? a : b;
@@ -117,6 +133,12 @@ void expectExtremes(const Shape& shape, unsigned long K) {
       valuesOut.toHost(), [&](unsigned long i) { return T(values[i]); }, shape.inWords());
   expectElements(
       indicesOut.toHost(), [&](unsigned long i) { return indices[i]; }, shape.inWords());
+}
+
+/// The same over the candidates for extremes.
+template <class Plain, class WithIndex, bool GREATEST, class T>
+void expectExtremes(const Shape& shape, unsigned long K) {
+  expectExtremes<Plain, WithIndex, GREATEST, T>(shape, K, candidates<T>(shape.N));
 }
 
 }  // namespace testsupport

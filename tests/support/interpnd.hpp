@@ -143,4 +143,69 @@ class GridsOnDevice {
   ArraysOnDevice<T> points_;
 };
 
+/// Meshes in one to five dimensions, on colon grids or full ones; `mesh` as checkMesh takes it.
+template <class Member, class Call>
+void checkMeshesOfAllRanks(bool isColon, Call mesh) {
+  struct Case {
+    Sizes sizes, querySizes;
+  };
+  const Case cases[] = {{{6}, {300}},
+                        {{4, 3}, {17, 9}},
+                        {{3, 2, 4}, {17, 1, 9}},
+                        {{3, 2, 4, 3}, {17, 1, 3, 2}},
+                        {{4, 3, 2, 2}, {300, 3, 2, 3}},
+                        {{2, 3, 2, 2, 3}, {7, 4, 5, 3, 5}},
+                        {{2, 2, 2, 2, 2}, {4, 0, 4, 4, 4}}};
+  unsigned int turn = 0;
+  for (const bool isPlain : {false, true}) {
+    for (const Case& one : cases) {
+      const GridsOnDevice<typename Member::GridT, typename Member::ValT> grids(one.sizes, isColon, isPlain);
+      for (int k = 0; k < 3; ++k) grids.checkMesh(one.querySizes, methodPairs[turn++ % 6], mesh);
+    }
+  }
+}
+
+/// Scattered queries in one to five dimensions.
+template <class Member, class Call>
+void checkScatteredOfAllRanks(bool isColon, Call scattered) {
+  unsigned int turn = 0;
+  for (const bool isPlain : {false, true}) {
+    for (const Sizes& sizes : {Sizes{6}, Sizes{4, 3}, Sizes{3, 2, 4}, Sizes{3, 2, 4, 3}, Sizes{2, 3, 2, 2, 3}}) {
+      const GridsOnDevice<typename Member::GridT, typename Member::ValT> grids(sizes, isColon, isPlain);
+      for (const unsigned long count : {0UL, 1UL, 255UL, 1281UL}) {
+        grids.checkScattered(count, count % 2 == 0, methodPairs[turn++ % 6], scattered);
+        grids.checkScattered(count, false, methodPairs[turn++ % 6], scattered);
+      }
+    }
+  }
+}
+
+/// Both forms of queries on grids of one rank, by all pairs of methods. The last sizes are those of plain values.
+template <class Member, class Mesh, class Scattered>
+void checkBothForms(const std::vector<Sizes>& gridSizes, bool isColon, const std::vector<Sizes>& meshes, Mesh mesh,
+                    const std::vector<unsigned long>& counts, Scattered scattered) {
+  for (const Sizes& sizes : gridSizes) {
+    const GridsOnDevice<typename Member::GridT, typename Member::ValT> grids(sizes, isColon, sizes == gridSizes.back());
+    for (const MethodPair methods : methodPairs) {
+      for (const Sizes& querySizes : meshes) grids.checkMesh(querySizes, methods, mesh);
+      for (const unsigned long count : counts) {
+        grids.checkScattered(count, true, methods, scattered);
+        grids.checkScattered(count, false, methods, scattered);
+      }
+    }
+  }
+}
+
+template <class Member, class Mesh, class Scattered>
+void checkTwoDimensions(bool isColon, Mesh mesh, Scattered scattered) {
+  checkBothForms<Member>({{7, 5}, {2, 2}, {40, 30}, {41, 30}}, isColon,
+                         {{17, 3}, {16, 40}, {1, 300}, {530, 21}, {0, 5}}, mesh, {0, 1, 257, 1000}, scattered);
+}
+
+template <class Member, class Mesh, class Scattered>
+void checkThreeDimensions(bool isColon, Mesh mesh, Scattered scattered) {
+  checkBothForms<Member>({{4, 3, 5}, {2, 2, 2}, {5, 30, 4}}, isColon, {{17, 3, 16}, {1, 1, 40}, {520, 3, 3}, {5, 0, 5}},
+                         mesh, {0, 1, 1281}, scattered);
+}
+
 }  // namespace testsupport

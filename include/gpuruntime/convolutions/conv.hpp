@@ -28,7 +28,7 @@
   X(A, float2, 24)                       \
   X(A, float2, 36) GPURUNTIME_TAPS_1_TO_6(X, A, double2) X(A, double2, 12) X(A, double2, 18) X(A, double2, 24)
 
-/// Stands first in the Invokers of families with a size, `Invoker<T, N>`: a pair that is not in GPURUNTIME_##MEMBERS,
+/// Stands first in the Invokers of families with a size, `Invoker<T, N>`: a pair that the macro MEMBERS does not list,
 /// or whose N is no Size<...>, is refused at compile time.
 #define GPURUNTIME_FAMILY_TAKES_SIZES(Family, T, N, Size, MEMBERS)         \
   using Member = ::gpuruntime::detail::Pair<T, N>;                         \

@@ -21,7 +21,9 @@ namespace gpuruntime::recipes {
 class Subscript {
  public:
   Subscript(View<const double> list) : list_(std::move(list)), kind_(Kind::list) {}
+  Subscript(const View<double>& list) : Subscript(View<const double>(list)) {}
   Subscript(const DeviceArray<double>& list) : Subscript(View<const double>(list)) {}
+  Subscript(const DeviceArray<double>&&) = delete;  // Gone at once.
 
   /// first, first + step, and so on, `count` of them. Whole numbers.
   static Subscript range(double first, double step, unsigned long count) {
