@@ -3,18 +3,14 @@
 #include <gpuruntime/gpuruntime.hpp>
 #include <gpuruntime/recipes/device_array.hpp>
 
+#include "support/command_line.hpp"
 #include "support/png_image.hpp"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <limits>
-#include <new>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace {
@@ -30,8 +26,7 @@ constexpr std::size_t timedBytes = std::size_t{64} << 20;
 struct Options {
   std::string image = TURN_PICTURE_SAMPLE;
   std::string output = "turned.png";
-  bool timing = true;
-  bool help = false;
+  bool noTiming = false;
 };
 
 const char* const usage =
@@ -311,15 +306,16 @@ void turn(const PngImage& image, const Options& options) {
   std::printf("Result   %s: %lu x %lu pixels\n", options.output.c_str(), sheet.width, sheet.height);
   std::printf("         original | turned clockwise by Rot90 | mirrored at the diagonal by Transpose\n");
   std::printf("         below the original: a band of it, brightness from %.2f to 1 by Linspace\n", darkest);
-  if (options.timing) printTimes(pages, picture, stream);
+  if (!options.noTiming) printTimes(pages, picture, stream);
 }
 
-void run(const Options& options) {
+void run(const std::vector<std::string>& arguments) {
+  Options options;
+  const std::vector<std::string> images =
+      examples::takeOptions(arguments, {{"--output", &options.output}, {"--no-timing", &options.noTiming}}, 1);
+  if (!images.empty()) options.image = images[0];
   const PngImage image = examples::readPng(options.image);
-  std::error_code unknown;
-  if (std::filesystem::equivalent(options.image, options.output, unknown)) {
-    throw std::runtime_error("the output '" + options.output + "' would overwrite the picture itself");
-  }
+  examples::requireWritable(options.output, {options.image});
   if (image.bitDepth == 8) {
     turn<unsigned char>(image, options);
   } else {
@@ -327,54 +323,8 @@ void run(const Options& options) {
   }
 }
 
-Options parse(const std::vector<std::string>& arguments) {
-  Options options;
-  bool imageGiven = false;
-  bool optionsEnded = false;
-  const std::string outputEquals = "--output=";
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& argument = arguments[i];
-    if (optionsEnded || argument.empty() || argument[0] != '-') {
-      if (imageGiven) throw std::invalid_argument("one picture at a time, and '" + argument + "' is the second");
-      options.image = argument;
-      imageGiven = true;
-    } else if (argument == "--") {
-      optionsEnded = true;
-    } else if (argument == "--help") {
-      options.help = true;
-    } else if (argument == "--no-timing") {
-      options.timing = false;
-    } else if (argument == "--output") {
-      if (++i == arguments.size()) throw std::invalid_argument("--output needs a file name");
-      options.output = arguments[i];
-    } else if (argument.compare(0, outputEquals.size(), outputEquals) == 0) {
-      options.output = argument.substr(outputEquals.size());
-    } else {
-      throw std::invalid_argument("unknown option '" + argument + "'");
-    }
-  }
-  if (options.output.empty()) throw std::invalid_argument("--output needs a file name");
-  return options;
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
-  try {
-    const Options options = parse(std::vector<std::string>(arguments + 1, arguments + count));
-    if (options.help) {
-      std::fputs(usage, stdout);
-    } else {
-      run(options);
-    }
-    return 0;
-  } catch (const std::invalid_argument& error) {
-    std::fprintf(stderr, "turn_picture: %s\n%s", error.what(), usage);
-    return 2;
-  } catch (const std::bad_alloc&) {
-    std::fprintf(stderr, "turn_picture: not enough memory for this picture\n");
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "turn_picture: %s\n", error.what());
-  }
-  return 1;
+  return examples::runProgram("turn_picture", usage, count, arguments, run);
 }
