@@ -64,7 +64,7 @@ report: ## Measures speed beside NumPy, SciPy and std, and writes docs/benchmark
 	@python3 -B scripts/report.py $(REPORT_ARGUMENTS)
 
 build-time: ## Times a full build of the library without the compiler cache, for the report: BACKENDS=cpu
-	@$(setup) build report $(if $(filter cuda,$(BACKENDS)),cuda)
+	@$(setup) build test $(if $(filter cuda,$(BACKENDS)),cuda)
 	@python3 -B scripts/buildtime.py $(BACKENDS)
 
 cuda: ## Compiles and links the cuda backend with its tests and benchmarks: CUDA_ARCHITECTURE=90

@@ -34,7 +34,9 @@ for variable in ("OMP_NUM_THREADS", "OPENBLAS_NUM_THREADS", "MKL_NUM_THREADS"):
 
 RUNS = 5
 SHORTEST = 0.02  # Seconds of a run: it repeats a short call.
-LONGEST = 1.0  # A call that takes longer is made once, unless its case stands for a family in the report.
+# A call that takes longer is made once, unless its case stands for a family in the report and no other peer is twice as
+# fast.
+LONGEST = 1.0
 BENCHMARKS = pathlib.Path(__file__).resolve().parent.parent / "benchmarks"
 
 
@@ -98,17 +100,17 @@ def keep_freed_memory():
         pass
 
 
-def times(call, stands_for_family):
-    """Seconds of each run."""
+def times(call, is_enough):
+    """Seconds of each run, after one to warm up. `is_enough` is asked whether one is, if that is long."""
     def once(turns):
         start = time.perf_counter()
         for _ in range(turns):
             call()
         return (time.perf_counter() - start) / turns
+    call()  # It meets new memory, which can take longer than all else.
     first = once(1)
-    if first > LONGEST and not stands_for_family:
+    if first > LONGEST and is_enough(first):
         return [first]
-    first = once(1)  # The one before has met new memory.
     if first >= SHORTEST:
         return [first] + [once(1) for _ in range(RUNS - 1)]
     turns = math.ceil(SHORTEST / first)
@@ -119,6 +121,7 @@ def measured(name, elements, known, stands_for_family=True):
     """Words and times of each peer of a benchmark. `elements` is how many that one works on, or None if not known;
     `known` keeps the times of calls with a key."""
     function, arguments, others = parts(name)
+    best = math.inf
     for words, make in declared.get(function, []):
         made = make(*map(argument, arguments + others))
         if made is None:
@@ -128,8 +131,9 @@ def measured(name, elements, known, stands_for_family=True):
             sys.exit("%s works on %d elements, and its peer %s on %d" % (name, elements, words, count))
         del made
         if not key or (words, *key) not in known:
-            known[(words, *key)] = times(call, stands_for_family)
+            known[(words, *key)] = times(call, lambda first: not stands_for_family or first > 2 * best)
         del call  # With its arrays, before the next ones are made.
+        best = min(best, *known[(words, *key)])
         yield words, known[(words, *key)]
 
 

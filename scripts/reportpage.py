@@ -179,7 +179,8 @@ HOW = """## How it was measured
 
 - A benchmark calls a family through its public interface and waits for it: at least 5 repetitions of at least 0.05
   seconds each. A peer's script does the same work on arrays of the same size right behind it, in 5 runs of at least 0.02
-  seconds; but a peer that takes more than a second runs once, unless its case stands for a family in the tables above.
+  seconds. But what takes more than a second runs once if its case does not stand for a family in the tables above, or if
+  another peer is twice as fast.
 - Our calls use all cores, peers one. *Ratio* is the peer's median by ours; *a core* divides it by the number of our cores.
 - *Of the limit*: bytes read and written, as a fraction of a parallel memcpy (copy), of a parallel memset where nothing
   is read (fill), of a parallel search for a NaN where next to nothing is written (read); or products, as a fraction of a

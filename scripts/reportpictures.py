@@ -108,6 +108,7 @@ def sizes(cases, file):
         axis.set_xscale("log", base=2)
         axis.set_yscale("log")
         axis.set_xticks([2**exponent for exponent in (10, 14, 18, 22, 26)])
+        axis.yaxis.set_major_locator(matplotlib.ticker.LogLocator(subs=(1, 2, 5)))
         axis.yaxis.set_major_formatter(matplotlib.ticker.FuncFormatter(lambda value, _: "%g" % value))
         axis.yaxis.set_minor_formatter(matplotlib.ticker.NullFormatter())
         axis.grid(True, which="major", linewidth=0.4)

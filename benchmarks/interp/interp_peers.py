@@ -84,8 +84,8 @@ def at_coordinates(side, dimensions, count, method):
 
 
 for name, shape in SCATTERED.items():
-    peer("RegularGridInterpolator", name)(lambda *args, shape=shape: on_regular_grid(*shape(*args)))
     peer("map_coordinates", name)(lambda *args, shape=shape: at_coordinates(*shape(*args)))
+    peer("RegularGridInterpolator", name)(lambda *args, shape=shape: on_regular_grid(*shape(*args)))
 
 # A mesh of queries: dimensions, side of the cube of values, side of the mesh.
 MESHES = {
@@ -110,8 +110,8 @@ def zoomed(dimensions, side, to):
 
 
 for name, shape in MESHES.items():
-    peer("map_coordinates", name)(lambda *args, shape=shape: mesh_of_coordinates(*shape(*args)))
     peer("zoom", name)(lambda *args, shape=shape: zoomed(*shape(*args)))
+    peer("map_coordinates", name)(lambda *args, shape=shape: mesh_of_coordinates(*shape(*args)))
 
 
 @peer("OpenCV resize", "resize")
