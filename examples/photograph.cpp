@@ -103,8 +103,9 @@ Pages filtered(View<const float> pages, const std::vector<float>& taps, unsigned
   const Extents size = pages.extents();
   const DeviceArray<float> filter(taps, rows, columns);
   Pages wider(size[0] + rows - 1, size[1] + columns - 1, size[2]), result(size[0], size[1], size[2]);
-  const DeviceArray<double> atRows = withMargins(size[0], rows / 2), atColumns = withMargins(size[1], columns / 2);
-  gpuruntime::recipes::gather<float>(nullptr, wider, pages, {atRows, atColumns, Subscript::all()});
+  const DeviceArray<double> rowsTaken = withMargins(size[0], rows / 2);
+  const DeviceArray<double> columnsTaken = withMargins(size[1], columns / 2);
+  gpuruntime::recipes::gather<float>(nullptr, wider, pages, {rowsTaken, columnsTaken, Subscript::all()});
   gpuruntime::recipes::convolve<float>(nullptr, result, wider, filter, Section::valid);
   return result;
 }
