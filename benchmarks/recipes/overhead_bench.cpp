@@ -83,17 +83,31 @@ double lastOf(const DeviceArray<double>& array) {
   return last;
 }
 
+// Running sums in chunks, as the contract of CumSum tells. `totals` has room for those of the chunks, and one more.
+void scanInChunks(DeviceArray<double>& data, DeviceArray<double>& totals) {
+  constexpr unsigned long chunks = count / recipes::chunkLength;
+  const gpuruntime::CumSum::Invoker<double> scan;
+  scan(nullptr, totals.data(), data.data(), count, recipes::chunkLength, 1);
+  scan(nullptr, totals.data() + chunks, totals.data(), chunks, chunks, 1);
+  gpuruntime::CumSumAdjust::Invoker<double>()(nullptr, totals.data(), data.data(), count, recipes::chunkLength, chunks,
+                                              1);
+}
+
+DeviceArray<double> chunkTotals() {
+  return DeviceArray<double>(count / recipes::chunkLength + 1);
+}
+
 // Half of the elements are not 0.
 void nonZeros(benchmark::State& state, recipes::Allocator& allocator) {
   const DeviceArray<double> input(numbers(count, 2));
-  DeviceArray<double> prefix(count), total(1), positions(count);
+  DeviceArray<double> prefix(count), totals = chunkTotals(), positions(count);
   inTurns(
       state,
       [&] {
         gpuruntime::FlagNonZero::Invoker<double>()(nullptr, prefix.data(), input.data(), count);
-        gpuruntime::CumSum::Invoker<double>()(nullptr, total.data(), prefix.data(), count, count, 1);
+        scanInChunks(prefix, totals);
         gpuruntime::Find1D::Invoker<double>()(nullptr, positions.data(), input.data(), prefix.data(),
-                                              static_cast<unsigned long>(lastOf(total)), count,
+                                              static_cast<unsigned long>(lastOf(prefix)), count,
                                               gpuruntime::FindFirstLast::first);
       },
       [&] { recipes::NonZeros<double>(nullptr, input, allocator).list(positions); });
@@ -143,6 +157,14 @@ void maximum(benchmark::State& state) {
 GPURUNTIME_OVERHEAD(maximum);
 
 void cumulativeSum(benchmark::State& state) {
+  DeviceArray<double> data(count), totals = chunkTotals();
+  recipes::fillOnDevice(data.data(), 0, data.bytes());
+  Memory memory(recipes::cumulativeWorkspace<double>({count}, 0));
+  inTurns(
+      state, [&] { scanInChunks(data, totals); },
+      [&] { recipes::cumulativeSum<double>(nullptr, data, 0, memory.workspace); });
+}
+void cumulativeSumInOneCall(benchmark::State& state) {
   DeviceArray<double> data(count), total(1);
   recipes::fillOnDevice(data.data(), 0, data.bytes());
   Memory memory(recipes::cumulativeWorkspace<double>({count}, 0));
@@ -151,6 +173,7 @@ void cumulativeSum(benchmark::State& state) {
       [&] { recipes::cumulativeSum<double>(nullptr, data, 0, memory.workspace); });
 }
 GPURUNTIME_OVERHEAD(cumulativeSum);
+GPURUNTIME_OVERHEAD(cumulativeSumInOneCall);
 
 // Each turn sorts the same numbers, which it copies first.
 void sortWithPlaces(benchmark::State& state) {
@@ -194,7 +217,7 @@ GPURUNTIME_OVERHEAD(isMember);
 
 // Groups of four.
 void distinct(benchmark::State& state) {
-  DeviceArray<double> sorted(count), prefix(count), total(1), values(count / 4), starts(count / 4);
+  DeviceArray<double> sorted(count), prefix(count), totals = chunkTotals(), values(count / 4), starts(count / 4);
   gpuruntime::FillArrayWithRunningIndex::Invoker<double>()(nullptr, count, sorted.data(), 4, count);
   DeviceArray<bool> begins(count), equal(count), never(count);
   Memory memory(recipes::Distinct<double>::workspace(count));
@@ -208,8 +231,8 @@ void distinct(benchmark::State& state) {
         gpuruntime::ElementwiseCompare::Invoker<bool, bool>()(nullptr, count - 1, begins.data() + 1, equal.data(),
                                                               never.data(), false);
         gpuruntime::FlagNonZero::Invoker<bool>()(nullptr, prefix.data(), begins.data(), count);
-        gpuruntime::CumSum::Invoker<double>()(nullptr, total.data(), prefix.data(), count, count, 1);
-        const auto found = static_cast<unsigned long>(lastOf(total));
+        scanInChunks(prefix, totals);
+        const auto found = static_cast<unsigned long>(lastOf(prefix));
         gpuruntime::Find1D::Invoker<bool>()(nullptr, starts.data(), begins.data(), prefix.data(), found, count,
                                             gpuruntime::FindFirstLast::first);
         gpuruntime::Subsref3D<const double*, void*, void*>::Invoker<double>()(

@@ -36,7 +36,7 @@ class Subscript {
 
   bool isList() const noexcept { return kind_ == Kind::list; }
   const View<const double>& list() const noexcept { return list_; }
-  double2 range() const noexcept { return range_; }
+  double2 firstAndStep() const noexcept { return range_; }
   unsigned long count(unsigned long extent) const noexcept {
     return isList() ? list_.size() : kind_ == Kind::all ? extent : count_;
   }
@@ -130,7 +130,7 @@ Chosen checked(const char* recipe, CUstream_st* stream, const View<T>& array,
     if (subscript.isList()) {
       checkList(stream, where, subscript.list(), chosen.extent[i]);
     } else {
-      checkRange(where, subscript.range(), chosen.count[i], chosen.extent[i]);
+      checkRange(where, subscript.firstAndStep(), chosen.count[i], chosen.extent[i]);
     }
   }
   return chosen;
@@ -142,7 +142,7 @@ void withKind(const Subscript& subscript, const Call& call) {
   if (subscript.isList()) {
     call(subscript.list().data());
   } else {
-    call(subscript.range());
+    call(subscript.firstAndStep());
   }
 }
 
