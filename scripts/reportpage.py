@@ -171,7 +171,8 @@ def below_section(cases, table):
     rows = below_rows([case for case in compared(cases) if case.name in telling], table)
     text = ("## Below 2 times by the core\n\nOf the families' cases above; the others stand in "
             "[benchmarks-all.md](benchmarks-all.md). What is below 1 by the core was timed again on one core alone: "
-            "\"one core\" is how many times as fast as the peer that was.\n\n")
+            "\"one core\" is how many times as fast as the peer that was. Reasons that name no fraction of a limit are "
+            "read from the code, not measured.\n\n")
     return text + (markdown_table(BELOW, rows, 2, last_left=True) if rows else "None.\n")
 
 

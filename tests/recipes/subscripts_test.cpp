@@ -145,6 +145,17 @@ TEST(RecipeSubscripts, nameTheFirstBadPosition) {
       array);
 }
 
+TEST(RecipeSubscripts, refuseMoreElementsThanCanBeCounted) {
+  GuardedArray<double> array(wholeNumbers<double>(4, 1));
+  const Subscript many = Subscript::range(1, 0, 1UL << 32);
+  expectRefused<std::length_error>(
+      "has too many",
+      [&] {
+        recipes::gather<double>(nullptr, View<double>(nullptr, 0UL), viewOf(array, {2, 2}), {many, many});
+      },
+      array);
+}
+
 TEST(RecipeSubscripts, becomeLinearIndices) {
   GuardedArray<double> rows(hostOf({1, 3, 2})), columns(hostOf({4, 1, 5})), pages(hostOf({2, 1, 2})), linear(3);
   const View<const double> r = viewOf(rows, {3}), c = viewOf(columns, {3}), p = viewOf(pages, {3});

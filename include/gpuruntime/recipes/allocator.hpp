@@ -1,8 +1,9 @@
 /// @file
 /// Where recipes take the memory of their intermediate results: from the device, or from a workspace of the caller's.
 ///
-/// A recipe takes all of it before it starts any work, in blocks that it gives back when it ends: if memory is missing,
-/// nothing has been written. How many bytes a recipe takes stands beside it: `sumWorkspace<T>(n)` and its like.
+/// A recipe takes all of it before it writes to any array of the caller's, in blocks that it gives back when it ends:
+/// if memory is missing, nothing has been written. How many bytes a recipe takes stands beside it: `sumWorkspace<T>(n)`
+/// and its like.
 #pragma once
 
 #include <gpuruntime/recipes/memory.hpp>

@@ -125,7 +125,6 @@ Chosen checked(const char* recipe, CUstream_st* stream, const View<T>& array,
   for (std::size_t i = 0; i < subscripts.size(); ++i) {
     const Subscript& subscript = subscripts[i];
     chosen.count[i] = subscript.count(chosen.extent[i]);
-    chosen.elements *= chosen.count[i];
     const std::string where = std::string(recipe) + ": subscript " + std::to_string(i + 1);
     if (subscript.isList()) {
       checkList(stream, where, subscript.list(), chosen.extent[i]);
@@ -133,6 +132,7 @@ Chosen checked(const char* recipe, CUstream_st* stream, const View<T>& array,
       checkRange(where, subscript.firstAndStep(), chosen.count[i], chosen.extent[i]);
     }
   }
+  chosen.elements = product({chosen.count[0], chosen.count[1], chosen.count[2]});
   return chosen;
 }
 
